@@ -1,0 +1,48 @@
+# make demo   build, then run the example scripts in xpsim and print the plugin's log and output
+# make test   build with AddressSanitizer and UndefinedBehaviorSanitizer, then run every test
+# make bench  build optimised benchmarks and run them
+# make plugin build an optimised Corvelle.xpl for a real simulator (build-release/plugins/...)
+
+BUILD       ?= build
+JOBS        ?= $(shell nproc)
+DEMO_ROOT   ?= demo-root
+DEMO_SECONDS ?= 5
+export ASAN_OPTIONS ?= detect_leaks=0:abort_on_error=0:halt_on_error=1
+export UBSAN_OPTIONS ?= print_stacktrace=1:halt_on_error=1
+
+.PHONY: setup build test demo bench plugin clean
+
+setup:
+	@tools/install-deps.sh
+
+build: setup
+	cmake -S . -B $(BUILD) -DCORVELLE_SANITIZE=ON -DCORVELLE_TESTS=ON
+	cmake --build $(BUILD) -j $(JOBS)
+
+test: build
+	cd $(BUILD) && ctest --output-on-failure -j $(JOBS) --timeout 300
+
+demo: build
+	rm -rf $(DEMO_ROOT)
+	mkdir -p $(DEMO_ROOT)/Resources/plugins/PythonScripts
+	cp examples/PythonScripts/*.py $(DEMO_ROOT)/Resources/plugins/PythonScripts/
+	cp tests/data/DataRefs.txt $(DEMO_ROOT)/Resources/plugins/
+	@if [ -f examples/demo-events.txt ]; then ev="--events examples/demo-events.txt"; else ev=""; fi; \
+	$(BUILD)/sim/xpsim run --root $(DEMO_ROOT) --plugin $(BUILD)/plugins/Corvelle/lin_x64/Corvelle.xpl \
+	    --seconds $(DEMO_SECONDS) $$ev > $(DEMO_ROOT)/xpsim-stdout.txt
+	@echo "================ CorvelleLog.txt ================"
+	@cat $(DEMO_ROOT)/Resources/plugins/PythonScripts/CorvelleLog.txt
+	@echo "================ CorvelleOutput.txt ================"
+	@cat $(DEMO_ROOT)/Resources/plugins/PythonScripts/CorvelleOutput.txt
+
+bench: setup
+	cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DCORVELLE_SANITIZE=OFF -DCORVELLE_TESTS=OFF -DCORVELLE_BENCH=ON
+	cmake --build build-bench -j $(JOBS)
+	build-bench/bench/corvelle_bench
+
+plugin: setup
+	cmake -S . -B build-release -DCMAKE_BUILD_TYPE=Release -DCORVELLE_SANITIZE=OFF -DCORVELLE_TESTS=OFF
+	cmake --build build-release -j $(JOBS) --target Corvelle
+
+clean:
+	rm -rf $(BUILD) build-bench build-release $(DEMO_ROOT)

@@ -1,0 +1,43 @@
+// What every script-facing module shares: creating the module, installing its integer constants,
+// and reporting a script's misuse without raising.
+#pragma once
+
+#include <Python.h>
+
+// One integer constant of a module, by its SDK name.
+struct CV_IntConstant {
+    const char* name;
+    long value;
+};
+
+// Creates the module from its definition, adds the constants in order, and registers it in
+// sys.modules so that scripts can import it. Returns a borrowed reference, or null on failure
+// (the Python error is printed).
+PyObject* CV_CreateModule(PyModuleDef* definition, const CV_IntConstant* constants = nullptr,
+                          size_t constantCount = 0);
+
+template <size_t N>
+PyObject* CV_CreateModule(PyModuleDef* definition, const CV_IntConstant (&constants)[N]) {
+    return CV_CreateModule(definition, constants, N);
+}
+
+// Reports a problem of the script's making: "Module - %s, Function - %s, Error = %s\n" to the
+// print list and the log. Never raises.
+void PrintException(const char* module, const char* function, const char* message);
+
+// Formats the message first (cut to 4095 characters).
+void PrintExceptionf(const char* module, const char* function, const char* format, ...)
+    __attribute__((format(printf, 3, 4)));
+
+// The name a script gave itself in its XPluginStart, for messages about it.
+void CV_GetScriptNameForMessages(PyObject* scriptId, char* outName /* 256 bytes */);
+
+// Every SDK call a binding makes runs inside this guard: an exception becomes a "Parameter Error"
+// report and the failure value is returned to the script.
+#define CV_SDK_GUARD(module, function, failure, ...)                    \
+    try {                                                               \
+        __VA_ARGS__;                                                    \
+    } catch (...) {                                                     \
+        PrintException(module, function, "Parameter Error");           \
+        return failure;                                                 \
+    }

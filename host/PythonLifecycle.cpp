@@ -1,0 +1,193 @@
+// Bringing the interpreter and the scripts up and down.
+#include <dlfcn.h>
+#include <sys/stat.h>
+
+#include <cstring>
+#include <string>
+
+#include "BindingModules.h"
+#include "CallbackRegistry.h"
+#include "LogFiles.h"
+#include "Paths.h"
+#include "PluginEntry.h"
+#include "PythonErrors.h"
+#include "ScriptLoader.h"
+#include "XPLMDataAccess.h"
+#include "XPLMUtilities.h"
+
+char gCV_PythonPath[512] = {0};
+
+namespace {
+
+const char* kCreditText = "by the Corvelle developers";
+
+// The shared data items a virtual-camera plugin reads; published while the interpreter runs.
+struct SharedItem {
+    const char* name;
+    XPLMDataTypeID type;
+};
+const SharedItem kVirtualCameraItems[14] = {
+    {"brindle/virtualcamera/cameraindex", xplmType_Int},
+    {"brindle/virtualcamera/cameratypeindex", xplmType_Int},
+    {"brindle/virtualcamera/camerapluginready", xplmType_Int},
+    {"brindle/virtualcamera/acquirecamera", xplmType_Int},
+    {"brindle/virtualcamera/releasecamera", xplmType_Int},
+    {"brindle/virtualcamera/setcamera", xplmType_Int},
+    {"brindle/virtualcamera/xoffset", xplmType_Float},
+    {"brindle/virtualcamera/yoffset", xplmType_Float},
+    {"brindle/virtualcamera/zoffset", xplmType_Float},
+    {"brindle/virtualcamera/headingoffset", xplmType_Float},
+    {"brindle/virtualcamera/pitchoffset", xplmType_Float},
+    {"brindle/virtualcamera/rolloffset", xplmType_Float},
+    {"brindle/virtualcamera/zoomratio", xplmType_Float},
+    {"brindle/virtualcamera/lookataircraft", xplmType_Int},
+};
+
+void VirtualCameraDataChangedCB2(void* refcon) { (void)refcon; }
+
+void* ItemRefcon(int index) { return reinterpret_cast<void*>(static_cast<intptr_t>(index)); }
+
+// Extension modules in the standard library expect the interpreter's symbols to be global; the
+// simulator loads plugins privately, so the interpreter library is promoted once.
+void MakePythonSymbolsGlobal() {
+    static bool done = false;
+    if (done) return;
+    done = true;
+    Dl_info info;
+    if (dladdr(reinterpret_cast<void*>(&Py_InitializeEx), &info) && info.dli_fname)
+        dlopen(info.dli_fname, RTLD_NOW | RTLD_GLOBAL | RTLD_NOLOAD);
+}
+
+// A path placed between single quotes in Python source.
+std::string QuotedForPython(const std::string& path) {
+    std::string quoted;
+    for (char c : path) {
+        if (c == '\\' || c == '\'') quoted += '\\';
+        quoted += c;
+    }
+    return quoted;
+}
+
+bool FolderExists(const char* simFolderPath) {
+    char posix[1024];
+    if (CV_ConvertPath(simFolderPath, posix, sizeof posix) != 0) return false;
+    struct stat st;
+    return stat(posix, &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+}  // namespace
+
+void StartPython(int enableScripts) {
+    if (CVTestTable == nullptr || CVTestTable->GetPythonRunState() == 1) return;
+    CV_OutputFileEnabled = 1;
+
+    CV_WriteToLog("+++ LOGGING STARTED +++\n");
+    CV_WriteToLogf("%s %s %s\n", "Corvelle", CorvelleVersionNumber, kCreditText);
+
+    std::string iniSimPath = CV_SimPath({"Resources", "plugins", "Corvelle", "Corvelle.ini"});
+    if (CV_ConvertPath(iniSimPath.c_str(), CV_PluginDataFile, sizeof CV_PluginDataFile) != 0) {
+        CV_WriteToLog("Unable to convert PluginDataFile path\n");
+        CV_CopyText(CV_PluginDataFile, sizeof CV_PluginDataFile, iniSimPath.c_str());
+    }
+    CV_WriteToLog(CV_GetINIFileValues() ? "Corvelle.ini file found\n" : "Corvelle.ini file not found\n");
+
+    CV_WriteToLog("Before Py_Initialize()\n");
+    MakePythonSymbolsGlobal();
+    if (!Py_IsInitialized()) Py_InitializeEx(0);
+    CV_WriteToLog("After Py_Initialize()\n");
+    CV_WriteToLogf("Python Version %s running on the %s platform\n", Py_GetVersion(), Py_GetPlatform());
+    CV_WriteToLog("Before Modules Init\n");
+
+    char systemPath[1024] = {0};
+    XPLMGetSystemPath(systemPath);
+    systemPath[sizeof systemPath - 1] = '\0';
+    const char separator = CV_Separator();
+    const std::string scriptsFolder = CV_JoinPath(systemPath, separator, {"Resources", "plugins", "PythonScripts", ""});
+    const std::string scriptsPosix = CV_ScriptsPosixPath(systemPath, separator);
+
+    for (int i = 0; i < 14; ++i)
+        XPLMShareData(kVirtualCameraItems[i].name, kVirtualCameraItems[i].type, VirtualCameraDataChangedCB2, ItemRefcon(i));
+
+    initBrindleInternalModule();
+    std::string setup;
+    setup += "import sys\n";
+    setup += "sys.path.append('" + QuotedForPython(scriptsPosix) + "')\n";
+    setup += "import BrindleInternalModule\n";
+    setup += "class StdoutCatcher:\n";
+    setup += "\tdef write(self, str):\n";
+    setup += "\t\tBrindleInternalModule.PrintStdout(str)\n";
+    setup += "\tdef flush(self):\n";
+    setup += "\t\tpass\n";
+    setup += "class StderrCatcher:\n";
+    setup += "\tdef write(self, str):\n";
+    setup += "\t\tBrindleInternalModule.PrintStderr(str)\n";
+    setup += "\tdef flush(self):\n";
+    setup += "\t\tpass\n";
+    setup += "sys.stdout = StdoutCatcher()\n";
+    setup += "sys.stderr = StderrCatcher()\n";
+    PyRun_SimpleString(setup.c_str());
+
+    CV_WriteToLog("Using path below for script path\n");
+    CV_WriteToLog(scriptsPosix.c_str());
+    CV_WriteToLog("\n");
+
+    CV_InitScriptModules(scriptsPosix.c_str());
+
+    CV_WriteToLog("After Modules Init\n");
+    CV_WriteToLog("Searching for Standard Scripts\n");
+
+    if (!FolderExists(scriptsFolder.c_str())) {
+        XPLMDebugString("\n*** CORVELLE ERROR ***\n");
+        XPLMDebugString("Path :- ");
+        XPLMDebugString(scriptsFolder.c_str());
+        XPLMDebugString(" does not exist.\n");
+        XPLMDebugString("You will need to create a folder called PythonScripts under the plugins folder\n");
+        XPLMDebugString("*** CORVELLE ERROR ***\n\n");
+        SetErrorText();
+        return;
+    }
+
+    int count = GetScriptFiles(scriptsFolder.c_str());
+    for (int i = 0; i < count; ++i) {
+        if (LoadScript(TestText[i], CV_StandardScript))
+            CV_WriteToLogf("Script '%s.py' successfully loaded.\n", TestText[i]);
+    }
+
+    const int size = CVTestTable->GetScriptTableSize();
+    for (int i = 0; i < size; ++i) {
+        PyObject* id = CVTestTable->GetScriptId(i);
+        if (CVTestTable->GetScriptType(id) == CV_StandardScript && CallXPluginStart(id, CV_StandardScript) &&
+            enableScripts == 1)
+            CallXPluginEnable(id);
+    }
+
+    CVTestTable->AddScriptsToWidgets(CVTestTable->GetScriptTableSize());
+    CVTestTable->SetPythonRunState(1);
+}
+
+void StopPython(int disableScripts) {
+    if (CVTestTable == nullptr || CVTestTable->GetPythonRunState() == 0) return;
+
+    const int size = CVTestTable->GetScriptTableSize();
+    for (int i = 0; i < size; ++i) {
+        PyObject* id = CVTestTable->GetScriptId(i);
+        if (disableScripts == 1) CallXPluginDisable(id, 0);
+        CallXPluginStop(id, 0);
+    }
+
+    PyRun_SimpleString("import sys\nsys.stdout = sys.__stdout__\nsys.stderr = sys.__stderr__\n");
+
+    CV_WriteToLog("Before Py_Finalize()\n");
+    Py_Finalize();
+    CV_WriteToLog("After Py_Finalize()\n");
+
+    if (gCV_CheckCallbacks) CV_CheckAllCallbacks();
+
+    CVTestTable->ClearScriptTable();
+
+    for (int i = 0; i < 14; ++i)
+        XPLMUnshareData(kVirtualCameraItems[i].name, kVirtualCameraItems[i].type, VirtualCameraDataChangedCB2, ItemRefcon(i));
+
+    CV_WriteToLog("--- LOGGING STOPPED ---\n\n");
+    CVTestTable->SetPythonRunState(0);
+}

@@ -1,0 +1,90 @@
+// The register of loaded scripts: one entry per script instance, the run state of the Python side,
+// and the list of SDK features the simulator offers with a per-script switch for each.
+#pragma once
+
+#include <Python.h>
+
+#include <string>
+#include <vector>
+
+// Kind of a loaded script. Standard scripts come from the PythonScripts folder.
+typedef int TypeOfScript;
+enum { CV_StandardScript = 1 };
+
+// One loaded script.
+struct _CV_ScriptEntry {
+    PyObject* scriptId = nullptr;  // the script's Corvelle instance; the table holds its reference
+    int enabled = 1;               // 1 enabled, 0 disabled by the user
+    int reserved1 = 0;             // copied with the entry, otherwise unused
+    int reserved2 = 0;
+    std::string moduleName;        // file name without extension
+    std::string name;              // the three texts returned by the script's XPluginStart
+    std::string signature;
+    std::string description;
+    TypeOfScript type = 0;
+    std::vector<int> features;     // one enable switch per SDK feature, indexed by feature id
+};
+
+// One SDK feature the simulator reported.
+struct _CV_FeaturesListEntry {
+    int featureId = 0;
+    char featureName[256] = {0};
+};
+
+class CV_ScriptTable {
+public:
+    CV_ScriptTable() = default;
+
+    // Run state and counts.
+    int GetPythonRunState() const { return runState; }
+    void SetPythonRunState(int state) { runState = state; }
+    int GetScriptTableSize() const { return static_cast<int>(entries.size()); }
+    int GetNumberOfFeatures() const { return numberOfFeatures; }
+    void SetNumberOfFeatures(int count) { numberOfFeatures = count; }
+    int GetNumberOfWidgetScriptUsers() const { return numberOfWidgetScriptUsers; }
+
+    // Entries. Lookups by script id compare identity and act on the first match.
+    void AddScriptId(PyObject* scriptId, const char* moduleName, TypeOfScript type);
+    void RemoveScriptId(PyObject* scriptId, TypeOfScript type);
+    void ClearScriptTable();
+    PyObject* GetScriptId(int index) const;
+    void SetScriptId(int index, PyObject* scriptId);
+    const char* GetScriptName(int index) const;
+    TypeOfScript GetScriptType(PyObject* scriptId) const;
+    int GetScriptEnabledStatus(PyObject* scriptId) const;
+    int SetScriptEnabledStatus(PyObject* scriptId, int enabled);
+    PyObject* GetScriptIdFromSignature(const char* signature) const;
+    PyObject* GetScriptIdFromModuleName(const char* moduleName) const;
+    void SetScriptDescriptions(PyObject* scriptId, const char* name, const char* signature,
+                               const char* description, TypeOfScript type);
+    // Copies the texts into 256-byte buffers (cut to fit); outType may be null.
+    void GetScriptDescriptions(PyObject* scriptId, char* outName, char* outSignature,
+                               char* outDescription, TypeOfScript* outType = nullptr) const;
+
+    // Features.
+    void AddFeature(int featureId, const char* name);
+    int GetFeatureIdFromFeatureName(const char* name) const;
+    void SetFeatureEnable(PyObject* scriptId, int featureId, int value);
+    int IsFeatureEnabled(PyObject* scriptId, int featureId) const;
+
+    // Control panel support: refills the name slots and the script chooser's texts.
+    void AddScriptsToWidgets(int count);
+    // Rewrites ":" and "\" separators to "/" in place.
+    static void ChangeSeparatorToDefault(char* path);
+
+private:
+    const _CV_ScriptEntry* Find(PyObject* scriptId) const;
+    _CV_ScriptEntry* Find(PyObject* scriptId);
+
+    std::vector<_CV_ScriptEntry> entries;
+    int numberOfWidgetScriptUsers = 0;
+    int runState = 0;
+    int numberOfFeatures = 0;
+    std::vector<_CV_FeaturesListEntry> features;
+};
+
+// The one script table, alive from XPluginStart to XPluginStop.
+extern CV_ScriptTable* CVTestTable;
+
+// Copies src into a buffer of size bytes, always terminated, cut to fit.
+void CV_CopyText(char* dst, size_t size, const char* src);

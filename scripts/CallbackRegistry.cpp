@@ -1,0 +1,4 @@
+// The callback registry.
+#include "CallbackRegistry.h"
+
+void CV_CheckAllCallbacks() {}

@@ -1,0 +1,52 @@
+// Runs the real Corvelle.xpl in xpsim with real Python scripts in a fresh simulator folder, and
+// reads back what the plugin and the simulator wrote.
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct SimRun {
+    int exitCode = -1;       // xpsim's exit status; 128 + signal number when it died of a signal
+    std::string stdoutText;  // what xpsim wrote to standard output
+    std::string stderrText;
+};
+
+class SimFolder {
+public:
+    // A new simulator folder with Resources/plugins/DataRefs.txt and, unless told otherwise, an
+    // empty Resources/plugins/PythonScripts folder.
+    explicit SimFolder(bool withScriptsFolder = true);
+    ~SimFolder();
+    SimFolder(const SimFolder&) = delete;
+    SimFolder& operator=(const SimFolder&) = delete;
+
+    const std::string& root() const { return root_; }
+    std::string scriptsDir() const { return root_ + "/Resources/plugins/PythonScripts"; }
+
+    // Writes a file in the scripts folder.
+    void writeScript(const std::string& fileName, const std::string& source) const;
+    // Writes a file at a path relative to the simulator folder, making folders as needed.
+    void writeFile(const std::string& relativePath, const std::string& content) const;
+    // Writes the events file and returns its path.
+    std::string writeEvents(const std::string& events) const;
+
+    // Runs xpsim on this folder with Corvelle.xpl and the given further options
+    // (for example {"--sdk", "2.00", "--seconds", "2"}).
+    SimRun run(const std::vector<std::string>& options = {}) const;
+
+    std::string log() const;     // CorvelleLog.txt
+    std::string output() const;  // CorvelleOutput.txt
+    std::string simLog() const;  // the simulator's Log.txt
+    std::string read(const std::string& relativePath) const;
+
+private:
+    std::string root_;
+};
+
+// Text helpers for assertions.
+std::string ReadFile(const std::string& path);
+bool FileExists(const std::string& path);
+size_t CountOf(const std::string& text, const std::string& needle);
+// True when every needle occurs in text, each after the previous one.
+bool InOrder(const std::string& text, const std::vector<std::string>& needles);
+std::vector<std::string> Lines(const std::string& text);
