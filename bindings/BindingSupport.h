@@ -13,8 +13,9 @@ struct CV_IntConstant {
 // Creates the module from its definition, adds the constants in order, and registers it in
 // sys.modules so that scripts can import it. Returns a borrowed reference, or null on failure
 // (the Python error is printed).
-PyObject* CV_CreateModule(PyModuleDef* definition, const CV_IntConstant* constants = nullptr,
-                          size_t constantCount = 0);
+PyObject* CV_CreateModule(PyModuleDef* definition, const CV_IntConstant* constants, size_t constantCount);
+
+inline PyObject* CV_CreateModule(PyModuleDef* definition) { return CV_CreateModule(definition, nullptr, 0); }
 
 template <size_t N>
 PyObject* CV_CreateModule(PyModuleDef* definition, const CV_IntConstant (&constants)[N]) {

@@ -1,8 +1,17 @@
-// The script module XPLMCamera.
+// The script module XPLMCamera and its constants.
 #include "BindingModules.h"
 #include "BindingSupport.h"
 
+#include <iterator>
+
 namespace {
+
+// Installed in this order, each under its SDK name.
+const CV_IntConstant XPLMCameraConstants[] = {
+    // How long a plugin keeps control of the camera.
+    {"xplm_ControlCameraUntilViewChanges", 1},
+    {"xplm_ControlCameraForever", 2},
+};
 
 PyMethodDef XPLMCameraMethods[] = {
     {nullptr, nullptr, 0, nullptr},
@@ -12,4 +21,6 @@ PyModuleDef XPLMCameraModule = {PyModuleDef_HEAD_INIT, "XPLMCamera", nullptr, -1
 
 }  // namespace
 
-PyObject* initXPLMCamera() { return CV_CreateModule(&XPLMCameraModule); }
+PyObject* initXPLMCamera() {
+    return CV_CreateModule(&XPLMCameraModule, XPLMCameraConstants, std::size(XPLMCameraConstants));
+}

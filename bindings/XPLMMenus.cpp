@@ -1,8 +1,18 @@
-// The script module XPLMMenus.
+// The script module XPLMMenus and its constants.
 #include "BindingModules.h"
 #include "BindingSupport.h"
 
+#include <iterator>
+
 namespace {
+
+// Installed in this order, each under its SDK name.
+const CV_IntConstant XPLMMenusConstants[] = {
+    // Menu item check states.
+    {"xplm_Menu_NoCheck", 0},
+    {"xplm_Menu_Unchecked", 1},
+    {"xplm_Menu_Checked", 2},
+};
 
 PyMethodDef XPLMMenusMethods[] = {
     {nullptr, nullptr, 0, nullptr},
@@ -12,4 +22,6 @@ PyModuleDef XPLMMenusModule = {PyModuleDef_HEAD_INIT, "XPLMMenus", nullptr, -1, 
 
 }  // namespace
 
-PyObject* initXPLMMenus() { return CV_CreateModule(&XPLMMenusModule); }
+PyObject* initXPLMMenus() {
+    return CV_CreateModule(&XPLMMenusModule, XPLMMenusConstants, std::size(XPLMMenusConstants));
+}

@@ -1,8 +1,16 @@
-// The script module XPLMPlanes.
+// The script module XPLMPlanes and its constants.
 #include "BindingModules.h"
 #include "BindingSupport.h"
 
+#include <iterator>
+
 namespace {
+
+// Installed in this order, each under its SDK name.
+const CV_IntConstant XPLMPlanesConstants[] = {
+    // The user's own aircraft.
+    {"XPLM_USER_AIRCRAFT", 0},
+};
 
 PyMethodDef XPLMPlanesMethods[] = {
     {nullptr, nullptr, 0, nullptr},
@@ -12,4 +20,6 @@ PyModuleDef XPLMPlanesModule = {PyModuleDef_HEAD_INIT, "XPLMPlanes", nullptr, -1
 
 }  // namespace
 
-PyObject* initXPLMPlanes() { return CV_CreateModule(&XPLMPlanesModule); }
+PyObject* initXPLMPlanes() {
+    return CV_CreateModule(&XPLMPlanesModule, XPLMPlanesConstants, std::size(XPLMPlanesConstants));
+}

@@ -1,8 +1,20 @@
-// The script module XPLMScenery.
+// The script module XPLMScenery and its constants.
 #include "BindingModules.h"
 #include "BindingSupport.h"
 
+#include <iterator>
+
 namespace {
+
+// Installed in this order, each under its SDK name.
+const CV_IntConstant XPLMSceneryConstants[] = {
+    // Probe types.
+    {"xplm_ProbeY", 0},
+    // Probe results.
+    {"xplm_ProbeHitTerrain", 0},
+    {"xplm_ProbeError", 1},
+    {"xplm_ProbeMissed", 2},
+};
 
 PyMethodDef XPLMSceneryMethods[] = {
     {nullptr, nullptr, 0, nullptr},
@@ -12,4 +24,6 @@ PyModuleDef XPLMSceneryModule = {PyModuleDef_HEAD_INIT, "XPLMScenery", nullptr, 
 
 }  // namespace
 
-PyObject* initXPLMScenery() { return CV_CreateModule(&XPLMSceneryModule); }
+PyObject* initXPLMScenery() {
+    return CV_CreateModule(&XPLMSceneryModule, XPLMSceneryConstants, std::size(XPLMSceneryConstants));
+}

@@ -1,8 +1,17 @@
-// The script module XPWidgetUtils.
+// The script module XPWidgetUtils and its constants.
 #include "BindingModules.h"
 #include "BindingSupport.h"
 
+#include <iterator>
+
 namespace {
+
+// Installed in this order, each under its SDK name.
+const CV_IntConstant XPWidgetUtilsConstants[] = {
+    // Parent markers of widget creation tables.
+    {"NO_PARENT", -1},
+    {"PARAM_PARENT", -2},
+};
 
 PyMethodDef XPWidgetUtilsMethods[] = {
     {nullptr, nullptr, 0, nullptr},
@@ -12,4 +21,6 @@ PyModuleDef XPWidgetUtilsModule = {PyModuleDef_HEAD_INIT, "XPWidgetUtils", nullp
 
 }  // namespace
 
-PyObject* initXPWidgetUtils() { return CV_CreateModule(&XPWidgetUtilsModule); }
+PyObject* initXPWidgetUtils() {
+    return CV_CreateModule(&XPWidgetUtilsModule, XPWidgetUtilsConstants, std::size(XPWidgetUtilsConstants));
+}

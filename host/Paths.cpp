@@ -16,6 +16,10 @@ int gCV_CheckCallbacks = 0;
 
 static dictionary* gCV_Dictionary = nullptr;
 
+// iniparser writes its syntax-error reports here; the build points its `stderr` at this variable.
+extern "C" FILE* CV_IniparserErrorStream;
+FILE* CV_IniparserErrorStream = nullptr;
+
 int CV_ConvertPathUsing(const char* simPath, char separator, char* out, int outSize) {
     if (simPath == nullptr || out == nullptr || outSize <= 0) return -1;
     std::string converted;
@@ -94,6 +98,7 @@ int CV_GetINIFileValues() {
     fclose(f);
 
     dictionary* dict = nullptr;
+    CV_IniparserErrorStream = stderr;
     if (content.find('\r') == std::string::npos) {
         dict = iniparser_load(CV_PluginDataFile);
     } else {

@@ -94,6 +94,7 @@ void StartPython(int enableScripts) {
     CV_WriteToLog("Before Py_Initialize()\n");
     MakePythonSymbolsGlobal();
     if (!Py_IsInitialized()) Py_InitializeEx(0);
+    CV_BeginInterpreterGeneration();
     CV_WriteToLog("After Py_Initialize()\n");
     CV_WriteToLogf("Python Version %s running on the %s platform\n", Py_GetVersion(), Py_GetPlatform());
     CV_WriteToLog("Before Modules Init\n");

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "CallbackRegistry.h"
+
 // Kind of a loaded script. Standard scripts come from the PythonScripts folder.
 typedef int TypeOfScript;
 enum { CV_StandardScript = 1 };
@@ -71,6 +73,43 @@ public:
     void AddScriptsToWidgets(int count);
     // Rewrites ":" and "\" separators to "/" in place.
     static void ChangeSeparatorToDefault(char* path);
+
+    // ------------------------------------------------------------ callback lists
+    // Implemented in CallbackRegistry.cpp. None of these uses the table's own state: the list is
+    // always an argument. The Find operations search their own copy of the list; Add, Update and
+    // Delete act on the global list they are given. Matching is by identity (script ids, callables)
+    // and by value (handles, refcons); the first match in list order wins.
+
+    // Appends a new record (script id, handle, callable, refcon) and returns it; no duplicate check.
+    _CallbackList* AddCallback(CV_CallbackVector* list, PyObject* scriptId, void* sdkHandle, PyObject* callable,
+                               void* refcon);
+    // By script, callable and refcon. On a match *found = 1 and *index = its position; otherwise
+    // *found = 0, *index is left as it was, and the result is null.
+    _CallbackList* FindCallback(CV_CallbackVector list, PyObject* scriptId, PyObject* callable, void* refcon,
+                                int* found, int* index);
+    // By script and SDK handle.
+    _CallbackList* FindCallback(CV_CallbackVector list, PyObject* scriptId, void* sdkHandle, int* found, int* index);
+    // By callable and refcon, whatever the script; the last argument is not used.
+    _CallbackList* FindCallback(CV_CallbackVector list, void* callable, void* refcon, int* found, int* index,
+                                int unused);
+    // Stores the handle in the first record of this script and callable; 1 if one was updated.
+    int UpdateCallback(CV_CallbackVector* list, PyObject* scriptId, PyObject* callable, void* sdkHandle);
+    // Frees the record and erases the element at index (the index a Find returned).
+    void DeleteCallback(CV_CallbackVector* list, _CallbackList* entry, int index);
+
+    _WidgetCallbackListEntry* AddWidgetCallback(CV_WidgetCallbackVector* list, PyObject* scriptId, void* widgetId,
+                                                PyObject* callable, int isRoot, void* container);
+    // By script and widget.
+    _WidgetCallbackListEntry* FindWidgetCallback(CV_WidgetCallbackVector list, PyObject* scriptId, void* widgetId,
+                                                 int* found, int* index);
+    // By widget, whatever the script.
+    _WidgetCallbackListEntry* FindWidgetCallback(CV_WidgetCallbackVector list, void* widgetId, int* found,
+                                                 int* index);
+    // Attaches script and callable to the first entry of the widget; 1 if one was updated.
+    int UpdateWidgetCallback(CV_WidgetCallbackVector* list, PyObject* scriptId, void* widgetId, PyObject* callable);
+    void DeleteWidgetCallback(CV_WidgetCallbackVector* list, _WidgetCallbackListEntry* entry, int index);
+    // Removes every entry whose container is the given widget (the script id is not used).
+    void DeleteWidgetChildCallbacks(CV_WidgetCallbackVector* list, PyObject* scriptId, void* container);
 
 private:
     const _CV_ScriptEntry* Find(PyObject* scriptId) const;

@@ -1,6 +1,177 @@
 // The callback registry: one list per callback kind, tying each registration to its script,
 // callable and refcon.
+//
+// The simulator calls plain functions with one opaque refcon, so every registration appends a small
+// record to the list of its kind and hands the simulator the address of that record's
+// `_CallbackList` as refcon. The trampolines (CallbackDispatch.h) get it back and reach the script's
+// callable without any search. The list operations are members of CV_ScriptTable (see the
+// "Callback lists" section of CV_ScriptTable.h); they use no state of the table, the list is always
+// an argument.
 #pragma once
 
-// Reports registrations that scripts left behind, list by list.
+#include <Python.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+// The four words of one registration, in this order, followed by the bookkeeping that keeps a
+// leftover record from ever reaching a later interpreter.
+struct _CallbackRecord {
+    PyObject* scriptId = nullptr;  // the registering script's Corvelle instance (identity only)
+    void* sdkHandle = nullptr;     // what the SDK returned for the registration; 0 until updated
+    PyObject* callable = nullptr;  // the script's Python callable
+    void* refcon = nullptr;        // the script's own refcon, an integer value
+    unsigned generation = 0;       // the interpreter generation the record was made in
+    bool holdsReference = false;   // a reference on the callable is held while registered
+};
+
+// One registered callback of any kind except widgets. The list stores the address of this object,
+// which is also the refcon the simulator receives; it never moves while registered.
+struct _CallbackList {
+    _CallbackRecord* record = nullptr;
+};
+
+// One widget a script created, with its widget function once one is attached.
+struct _WidgetCallbackListEntry {
+    PyObject* scriptId = nullptr;  // null for XPCreateWidget widgets until XPAddWidgetCallback
+    void* widgetId = nullptr;      // the simulator's widget handle
+    PyObject* callable = nullptr;  // the widget function; null until one is attached
+    int isRoot = 0;                // inIsRoot of the widget's creation
+    void* container = nullptr;     // the parent given at creation
+    unsigned generation = 0;
+    bool holdsReference = false;
+};
+
+typedef std::vector<_CallbackList*> CV_CallbackVector;
+typedef std::vector<_WidgetCallbackListEntry*> CV_WidgetCallbackVector;
+
+// Refcon blocks: registrations that give the simulator several callbacks with one refcon hand it a
+// block of `_CallbackList*` slots instead; a slot is null when the script gave no callable for it.
+// A block is a `new _CallbackList*[n]` array; its lists hold the address of its first slot.
+typedef std::vector<_CallbackList**> CV_BlockVector;
+
+// Data accessor blocks: one read block (getters) and one write block (setters) per registration.
+enum {
+    CV_AccessorIntSlot = 0,
+    CV_AccessorFloatSlot = 1,
+    CV_AccessorDoubleSlot = 2,
+    CV_AccessorIntArraySlot = 3,
+    CV_AccessorFloatArraySlot = 4,
+    CV_AccessorByteArraySlot = 5,
+    CV_AccessorBlockSlots = 6
+};
+
+// Window key records: one per window, shared by its five callbacks.
+enum {
+    CV_WindowDrawSlot = 0,
+    CV_WindowMouseClickSlot = 1,
+    CV_WindowKeySlot = 2,
+    CV_WindowCursorStatusSlot = 3,
+    CV_WindowMouseWheelSlot = 4,
+    CV_WindowBlockSlots = 5
+};
+
+// ---------------------------------------------------------------- the lists
+
+extern CV_CallbackVector FlightLoopCallbackList;
+extern CV_CallbackVector GetDataiCallbackList, SetDataiCallbackList;
+extern CV_CallbackVector GetDatafCallbackList, SetDatafCallbackList;
+extern CV_CallbackVector GetDatadCallbackList, SetDatadCallbackList;
+extern CV_CallbackVector GetDataviCallbackList, SetDataviCallbackList;
+extern CV_CallbackVector GetDatavfCallbackList, SetDatavfCallbackList;
+extern CV_CallbackVector GetDatabCallbackList, SetDatabCallbackList;
+extern CV_CallbackVector SharedDataCallbackList;
+extern CV_CallbackVector CameraCallbackList;
+extern CV_CallbackVector DrawCallbackList;
+extern CV_CallbackVector KeySnifferCallbackList;
+extern CV_CallbackVector HotKeyCallbackList;
+extern CV_CallbackVector DrawWindowCallbackList, MouseClickCallbackList, KeyCallbackList;
+extern CV_CallbackVector CursorStatusCallbackList, MouseWheelCallbackList;
+extern CV_CallbackVector MenuCallbackList;
+extern CV_CallbackVector FeatureEnumeratorCallbackList;
+extern CV_CallbackVector CommandCallbackList;
+extern CV_CallbackVector ErrorCallbackList;
+extern CV_CallbackVector PlanesAvailableCallbackList;
+extern CV_CallbackVector LibraryEnumeratorCallbackList;
+extern CV_CallbackVector ObjectLoadedCallbackList;
+extern CV_WidgetCallbackVector WidgetCallbackList;
+
+extern CV_BlockVector GetDataMemoryPointerList, SetDataMemoryPointerList;
+extern CV_BlockVector DrawWindowMemoryPointerList;
+
+// ---------------------------------------------------------------- interpreter generations
+
+// Records outlive the interpreter when a script forgets to unregister: the simulator keeps calling
+// the trampoline with the old record, whose script and callable belonged to a finalised
+// interpreter. Every start of the interpreter begins a new generation; records are stamped with the
+// generation they were made in, and the dispatchers treat a record of an older generation like one
+// whose script is gone.
+extern unsigned CV_InterpreterGeneration;
+// Call once per start of the interpreter, right after it is initialised, before any script runs.
+void CV_BeginInterpreterGeneration();
+// True when the record belongs to the running interpreter (and so may be called).
+inline bool CV_IsCurrentGeneration(unsigned generation) {
+    return generation == CV_InterpreterGeneration && Py_IsInitialized();
+}
+
+// ---------------------------------------------------------------- integrity check
+
+// Reports registrations that scripts left behind, list by list, and empties the callback lists
+// (without freeing: the simulator may still hold the records as refcons).
 void CV_CheckAllCallbacks();
+
+void CV_CheckCameraCallbacks();
+void CV_CheckSharedDataCallbacks();
+void CV_CheckGetDataiCallbacks();
+void CV_CheckSetDataiCallbacks();
+void CV_CheckGetDatafCallbacks();
+void CV_CheckSetDatafCallbacks();
+void CV_CheckGetDatadCallbacks();
+void CV_CheckSetDatadCallbacks();
+void CV_CheckGetDataviCallbacks();
+void CV_CheckSetDataviCallbacks();
+void CV_CheckGetDatavfCallbacks();
+void CV_CheckSetDatavfCallbacks();
+void CV_CheckGetDatabCallbacks();
+void CV_CheckSetDatabCallbacks();
+void CV_CheckGetDataMemoryPointerList();
+void CV_CheckSetDataMemoryPointerList();
+void CV_CheckKeySnifferCallbacks();
+void CV_CheckHotKeyCallbacks();
+void CV_CheckDrawWindowCallbacks();
+void CV_CheckKeyCallbacks();
+void CV_CheckMouseClickCallbacks();
+void CV_CheckCursorStatusCallbacks();
+void CV_CheckMouseWheelCallbacks();
+void CV_CheckDrawWindowMemoryPointerList();
+void CV_CheckDrawCallbacks();
+void CV_CheckMenuCallbacks();
+void CV_CheckPlanesAvailableCallbacks();
+void CV_CheckFeatureEnumeratorCallbacks();
+void CV_CheckFlightLoopCallbacks();
+void CV_CheckLibraryEnumeratorCallbacks();
+void CV_CheckObjectLoadedCallbacks();
+void CV_CheckCommandCallbacks();
+void CV_CheckErrorCallbacks();
+void CV_CheckWidgetCallbacks();
+
+// ---------------------------------------------------------------- debug trace of registrations
+
+// With DEBUG:DebugCallbacks set, every registering and unregistering binding writes, after doing
+// its work: the SDK function's name, its own detail lines, the size line of each list it touched
+// ("<name> size = %d"), and the function's name again.
+struct CV_ListSize {
+    const char* name;  // the list name as the size line shows it
+    size_t size;
+};
+void CV_DebugCallbackTrace(const char* function, const std::string& details,
+                           std::initializer_list<CV_ListSize> sizes);
+// printf into a std::string, for the detail lines.
+std::string CV_FormatText(const char* format, ...) __attribute__((format(printf, 1, 2)));
+// A script id, handle or pointer for "%lx": the full value, never cut to 32 bits.
+inline unsigned long CV_Hex(const void* p) { return static_cast<unsigned long>(reinterpret_cast<uintptr_t>(p)); }
+// A refcon word for "%ld": the integer the script gave.
+inline long CV_Dec(const void* p) { return static_cast<long>(reinterpret_cast<intptr_t>(p)); }

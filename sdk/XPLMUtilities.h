@@ -112,7 +112,7 @@ enum {
      xplm_Host_PlaneMaker                     = 2,
      xplm_Host_WorldMaker                     = 3,
      xplm_Host_Briefer                        = 4,
-     xplm_Host_PartTaker                      = 5,
+     xplm_Host_PartMaker                      = 5,
      xplm_Host_YoungsMod                      = 6,
      xplm_Host_XAuto                          = 7
 };

@@ -189,7 +189,7 @@ enum {
      /* Appearance, one of the types above. */
      xpProperty_ScrollBarType                 = 1504,
      /* Internal: drag offset while moving the thumb. */
-     xpProperty_ScrollBarSlopSize             = 1505
+     xpProperty_ScrollBarSlop             = 1505
 };
 
 /* Scroll bar messages. */

@@ -1,0 +1,34 @@
+// xpsim's command line.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace xpsim {
+
+struct Options {
+    std::string root;
+    std::vector<std::string> plugins;
+    int sdkLevel = 210;
+    double fps = 20.0;
+    // Exactly one of the two is used: frames when set (>= 0), otherwise seconds.
+    int frames = -1;
+    double seconds = 5.0;
+    std::string eventsFile;
+};
+
+enum class CommandLineResult { Run, Help, Error };
+
+// Parses `xpsim run --root DIR [--plugin FILE]... [--sdk 1.02|2.00|2.10] [--seconds S | --frames N]
+// [--events FILE] [--fps N]` and `xpsim --help`. On Error, `error` says what is wrong.
+CommandLineResult ParseCommandLine(const std::vector<std::string>& args, Options& options, std::string& error);
+
+// The number of frames the run lasts: --frames, or --seconds times --fps rounded to the nearest frame.
+int FramesToRun(const Options& options);
+
+// The text `xpsim --help` prints.
+std::string UsageText();
+// The first lines of it, printed after a command-line error.
+std::string ShortUsageText();
+
+}  // namespace xpsim

@@ -1,0 +1,100 @@
+// The events file grammar.
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "XPLMDefs.h"
+#include "host/Events.h"
+
+using xpsim::Event;
+using xpsim::EventVerb;
+
+TEST(sim_EventsFile, ParsesEveryVerbAroundCommentsAndBlankLines) {
+    std::istringstream in(
+        "# input for a test\n"
+        "\n"
+        "1.5 key A\n"
+        "1.6 key XPLM_VK_RETURN   # the Enter key\n"
+        "2 click 520 300\n"
+        "2.5\tdrag 520 300 560 -340\n"
+        "3.0 menu Plugins/Corvelle/Control Panel\n"
+        "3.5 command sim/operation/pause_toggle\n"
+        "4.0 set sim/cockpit/radios/com1_freq_hz 12345\n"
+        "4.1 set sim/some/array 1, 2.5,3\n"
+        "4.2 set sim/aircraft/view/acf_tailnum N#1 X\n"
+        "4.5 message brindle.projects.corvelle 8000 7\r\n"
+        "4.6 message x.y 0x8000000 -1\n"
+        "0.5 reload-plugins\n");
+    std::vector<Event> events;
+    std::string error;
+    ASSERT_TRUE(xpsim::ParseEvents(in, events, error)) << error;
+    ASSERT_EQ(events.size(), 12u);
+
+    EXPECT_EQ(events[0].verb, EventVerb::Key);
+    EXPECT_DOUBLE_EQ(events[0].time, 1.5);
+    EXPECT_EQ(events[0].line, 3);
+    EXPECT_EQ(events[0].keyCode, 'A');
+    EXPECT_FALSE(events[0].virtualKey);
+    EXPECT_EQ(events[1].keyCode, XPLM_VK_RETURN);
+    EXPECT_TRUE(events[1].virtualKey);
+    EXPECT_EQ(events[1].source, "1.6 key XPLM_VK_RETURN");
+
+    EXPECT_EQ(events[2].verb, EventVerb::Click);
+    EXPECT_EQ(events[2].x1, 520);
+    EXPECT_EQ(events[2].y1, 300);
+    EXPECT_EQ(events[3].verb, EventVerb::Drag);
+    EXPECT_EQ(events[3].x2, 560);
+    EXPECT_EQ(events[3].y2, -340);
+
+    EXPECT_EQ(events[4].verb, EventVerb::Menu);
+    EXPECT_EQ(events[4].text, "Plugins/Corvelle/Control Panel");
+    EXPECT_EQ(events[5].verb, EventVerb::Command);
+    EXPECT_EQ(events[5].text, "sim/operation/pause_toggle");
+
+    EXPECT_EQ(events[6].verb, EventVerb::Set);
+    EXPECT_EQ(events[6].text, "sim/cockpit/radios/com1_freq_hz");
+    EXPECT_EQ(events[6].value, "12345");
+    EXPECT_EQ(events[7].value, "1, 2.5,3");
+    // "#" inside a word is text, not a comment.
+    EXPECT_EQ(events[8].value, "N#1 X");
+
+    EXPECT_EQ(events[9].verb, EventVerb::Message);
+    EXPECT_EQ(events[9].text, "brindle.projects.corvelle");
+    EXPECT_EQ(events[9].message, 8000);
+    EXPECT_EQ(events[9].param, 7);
+    EXPECT_EQ(events[10].message, 0x8000000);
+    EXPECT_EQ(events[10].param, -1);
+
+    // Kept in file order even when an earlier time comes later.
+    EXPECT_EQ(events[11].verb, EventVerb::ReloadPlugins);
+    EXPECT_DOUBLE_EQ(events[11].time, 0.5);
+    EXPECT_EQ(events[11].line, 14);
+}
+
+TEST(sim_EventsFile, MalformedLinesAreErrorsNamingTheLine) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"1 jump", "line 3: unknown verb 'jump' (key, click, drag, menu, command, set, message, reload-plugins)"},
+        {"soon key A", "line 3: 'soon' is not a time in seconds (a number from 0)"},
+        {"-1 key A", "line 3: '-1' is not a time in seconds (a number from 0)"},
+        {"2", "line 3: a time needs a verb after it"},
+        {"1 key", "line 3: key takes one key: a character or an XPLM_VK_ name"},
+        {"1 key XPLM_VK_NOPE", "line 3: unknown key 'XPLM_VK_NOPE' (a character or an XPLM_VK_ name)"},
+        {"1 click 5", "line 3: click takes a screen point: X Y"},
+        {"1 click 5 y", "line 3: click takes whole-number coordinates, not '5 y'"},
+        {"1 drag 1 2 3", "line 3: drag takes two screen points: X1 Y1 X2 Y2"},
+        {"1 menu Plugins", "line 3: menu takes a path of item names such as Plugins/Corvelle/Control Panel"},
+        {"1 command a b", "line 3: command takes one command name"},
+        {"1 set sim/x", "line 3: set takes a dataref name and a value"},
+        {"1 message sig 12", "line 3: message takes a plugin signature, a message number and an integer parameter"},
+        {"1 message sig twelve 1", "line 3: 'twelve' is not a message number"},
+        {"1 message sig 12 p", "line 3: 'p' is not an integer parameter"},
+        {"1 reload-plugins now", "line 3: reload-plugins takes nothing after it"},
+    };
+    for (const auto& entry : cases) {
+        std::istringstream in(std::string("0 key A\n# comment\n") + entry.first + "\n9 key B\n");
+        std::vector<Event> events;
+        std::string error;
+        EXPECT_FALSE(xpsim::ParseEvents(in, events, error)) << entry.first;
+        EXPECT_EQ(error, entry.second) << entry.first;
+    }
+}

@@ -1,0 +1,152 @@
+// The xpsim program: command line, the simulator folder it prepares, its log, and (with the probe
+// plugin) a plugin's whole life through frames, events and a reload.
+#include <limits.h>
+#include <stdlib.h>
+
+#include "SimTestSupport.h"
+
+namespace {
+
+using simtest::ReadFile;
+using simtest::RunXpsim;
+
+std::string RealPath(const std::string& path) {
+    char resolved[PATH_MAX];
+    return realpath(path.c_str(), resolved) ? resolved : "";
+}
+
+// The probe plugin (tests/sim/plugins/probe_plugin.cpp), when the build made one.
+std::string ProbePlugin() {
+    if (const char* path = getenv("XPSIM_TEST_PLUGIN")) return path;
+#ifdef XPSIM_TEST_PLUGIN
+    return XPSIM_TEST_PLUGIN;
+#else
+    return "";
+#endif
+}
+
+}  // namespace
+
+TEST(sim_Program, HelpAndCommandLineErrors) {
+    const auto help = RunXpsim({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_EQ(help.out.rfind("usage: xpsim run --root DIR [--plugin FILE.xpl]... [--sdk 1.02|2.00|2.10]\n", 0), 0u);
+
+    const std::pair<std::vector<std::string>, std::string> errors[] = {
+        {{"run"}, "xpsim: --root DIR is required\n"},
+        {{"run", "--root", "/tmp/x", "--sdk", "3.0"}, "xpsim: --sdk must be 1.02, 2.00 or 2.10, not '3.0'\n"},
+        {{"run", "--root", "/tmp/x", "--seconds", "1", "--frames", "2"}, "xpsim: give --seconds or --frames, not both\n"},
+        {{"run", "--root", "/tmp/x", "--fps", "0"}, "xpsim: --fps needs a rate above 0 and up to 10000, not '0'\n"},
+        {{"run", "--root"}, "xpsim: --root needs a value\n"},
+        {{"fly"}, "xpsim: unknown command 'fly'\n"},
+    };
+    for (const auto& entry : errors) {
+        const auto result = RunXpsim(entry.first);
+        EXPECT_EQ(result.status, 2) << entry.second;
+        EXPECT_EQ(result.err.rfind(entry.second + "usage: xpsim run", 0), 0u) << result.err;
+        EXPECT_EQ(result.out, "");
+    }
+}
+
+TEST(sim_Program, PreparesTheFolderWritesTheLogAndPlacesTheLibraryByLevel) {
+    const simtest::TempDir dir;
+    const std::string root = dir.path() + "/new/sim";
+    const auto run = RunXpsim({"run", "--root", root, "--frames", "2"});
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.out, "");
+    for (const char* part : {"/Resources/plugins", "/Output/preferences",
+                             "/Aircraft/General Aviation/Cessna 172SP/Cessna_172SP.acf"})
+        EXPECT_TRUE(simtest::Exists(root + part)) << part;
+    EXPECT_EQ(RealPath(root + "/Resources/plugins/XPLM_64.so"), RealPath(XPLM_LIB));
+    const std::string system = RealPath(root) + "/";
+    EXPECT_EQ(ReadFile(root + "/Log.txt"),
+              "xpsim: headless X-Plane 10.41, SDK 2.10\n"
+              "xpsim: system path " + system + ", 20 simulated frames per second\n"
+              "xpsim: no " + system + "Resources/plugins/DataRefs.txt; only the datarefs xpsim drives itself exist\n"
+              "xpsim: run complete: 2 frames, 0.10 s\n");
+
+    // At 1.02 nothing lies where a plugin looks for the library, and the log is started afresh.
+    const auto old = RunXpsim({"run", "--root", root, "--sdk", "1.02", "--seconds", "0.5", "--fps", "10"});
+    ASSERT_EQ(old.status, 0) << old.err;
+    EXPECT_FALSE(simtest::Exists(root + "/Resources/plugins/XPLM_64.so"));
+    const std::string log = ReadFile(root + "/Log.txt");
+    EXPECT_EQ(log.rfind("xpsim: headless X-Plane 10.41, SDK 1.02\n", 0), 0u);
+    EXPECT_NE(log.find("xpsim: run complete: 5 frames, 0.50 s\n"), std::string::npos);
+
+    // A root that is a file cannot be used.
+    const auto bad = RunXpsim({"run", "--root", root + "/Log.txt", "--frames", "1"});
+    EXPECT_EQ(bad.status, 1);
+    EXPECT_EQ(bad.err.rfind("xpsim: cannot use " + root + "/Log.txt as the simulator folder: ", 0), 0u) << bad.err;
+}
+
+TEST(sim_Program, AMalformedEventsFileStopsTheRunBeforeItStarts) {
+    const simtest::TempDir temp;
+    const std::string& dir = temp.path();
+    simtest::WriteFile(dir + "/events.txt", "# events\n1 key A\n2 menu\n");
+    const auto result = RunXpsim({"run", "--root", dir + "/root", "--events", dir + "/events.txt"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "xpsim: events file " + dir + "/events.txt, line 3: menu takes a path of item names such "
+                          "as Plugins/Corvelle/Control Panel\n");
+    EXPECT_FALSE(simtest::Exists(dir + "/root"));
+}
+
+TEST(sim_Program, APluginLivesThroughFramesEventsAndAReload) {
+    const std::string plugin = ProbePlugin();
+    if (plugin.empty()) GTEST_SKIP() << "the probe plugin was not built (XPSIM_TEST_PLUGIN)";
+    const simtest::TempDir temp;
+    const std::string& dir = temp.path();
+    const std::string root = dir + "/root";
+    const std::string folder = root + "/Resources/plugins/Probe/lin_x64";
+    ASSERT_EQ(std::system(("mkdir -p '" + folder + "' && cp '" + plugin + "' '" + folder + "/probe.xpl'").c_str()), 0);
+    simtest::WriteFile(dir + "/events.txt",
+                       "0.5 menu Plugins/Probe/Hello\n"
+                       "1.0 message xpsim.tests.probe 8000 7   # from the sim\n"
+                       "1.2 set xpsim/tests/probe/shared 42\n"
+                       "1.6 menu Plugins/Probe/Nope\n"
+                       "2.0 menu Plugins/Probe/Reload\n"
+                       "2.5 message xpsim.tests.probe 0x10 -3\n"
+                       "9 reload-plugins\n");
+    // Given twice (by --plugin and in the plugins folder), loaded once.
+    const auto run = RunXpsim({"run", "--root", root, "--plugin", folder + "/probe.xpl", "--seconds", "3",
+                               "--events", dir + "/events.txt"});
+    ASSERT_EQ(run.status, 0) << run.err;
+    const std::string start =
+        "probe: start as plugin 1\n"
+        "probe: XPLM library found, same as loaded: yes, versions 1041 210 1\n"
+        "probe: XPLMCreateCommand found, XPLMCreateFlightLoop found\n"
+        "probe: enable\n";
+    EXPECT_EQ(run.out, start +
+                           "probe: menu Hello in plugin 1 with menu refcon probe-menu\n"
+                           "probe: message 8000 from 0 with 7\n"
+                           "probe: loop 1 at 1.00 (since last call 1.00, counter 20)\n"
+                           "probe: shared data changed to 42 in plugin 1\n"
+                           "probe: menu Reload in plugin 1 with menu refcon probe-menu\n"
+                           "probe: loop 2 at 2.00 (since last call 1.00, counter 40)\n"
+                           "probe: disable\n"
+                           "probe: stop after 2 loops\n" +
+                           start +
+                           "probe: message 16 from 0 with -3\n"
+                           "probe: loop 1 at 3.00 (since last call 1.00, counter 60)\n"
+                           "probe: disable\n"
+                           "probe: stop after 1 loops\n");
+    const std::string log = ReadFile(root + "/Log.txt");
+    const std::string path = RealPath(folder + "/probe.xpl");
+    EXPECT_NE(log.find("probe: XPLMCreateCommand found, XPLMCreateFlightLoop found\nLoaded: " + path +
+                       " (xpsim.tests.probe).\nprobe: enable\n"),
+              std::string::npos);
+    EXPECT_NE(log.find("xpsim: events line 4: menu 'Plugins/Probe' has no item 'Nope'\n"), std::string::npos);
+    EXPECT_NE(log.find("xpsim: plugin 1 asked for a reload of all plugins\n"
+                       "probe: loop 2 at 2.00 (since last call 1.00, counter 40)\n"
+                       "xpsim: reloading plugins at the end of frame 40\n"),
+              std::string::npos);
+    EXPECT_NE(log.find("xpsim: events line 7: 9.00 s is after the end of the run; not applied\n"), std::string::npos);
+
+    // Older simulators: no 2.10 functions at 2.00, no library to find at 1.02.
+    const auto at200 = RunXpsim({"run", "--root", root, "--sdk", "2.00", "--frames", "1"});
+    EXPECT_NE(at200.out.find("versions 1041 200 1\nprobe: XPLMCreateCommand found, XPLMCreateFlightLoop missing\n"),
+              std::string::npos)
+        << at200.out;
+    const auto at102 = RunXpsim({"run", "--root", root, "--sdk", "1.02", "--frames", "1"});
+    EXPECT_EQ(at102.out.rfind("probe: start as plugin 1\nprobe: no XPLM library in the plugins folder\n", 0), 0u)
+        << at102.out;
+}

@@ -1,0 +1,107 @@
+// A small plugin for xpsim's own tests. It exercises the host's lifecycle and reports everything it
+// sees with XPLMDebugString, one "probe: ..." line per observation, so that tests can assert on
+// xpsim's standard output and Log.txt.
+//
+// It probes the SDK level the way a plugin for several simulator versions does (opening
+// <system path>Resources/plugins/XPLM_64.so and asking XPLMFindSymbol), builds a menu
+// Plugins/Probe with the items "Hello" and "Reload", runs a flight loop every simulated second,
+// shares the int "xpsim/tests/probe/shared" and logs every message it receives.
+#include <dlfcn.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "XPLMDataAccess.h"
+#include "XPLMMenus.h"
+#include "XPLMPlugin.h"
+#include "XPLMProcessing.h"
+#include "XPLMUtilities.h"
+
+namespace {
+
+XPLMMenuID gMenu = nullptr;
+int gLoopCalls = 0;
+
+void Say(const std::string& text) { XPLMDebugString(("probe: " + text + "\n").c_str()); }
+
+float Loop(float sinceCall, float sinceLoop, int counter, void*) {
+    ++gLoopCalls;
+    char text[128];
+    std::snprintf(text, sizeof text, "loop %d at %.2f (since last call %.2f, counter %d)", gLoopCalls,
+                  XPLMGetElapsedTime(), sinceCall, counter);
+    Say(text);
+    return 1.0f;
+}
+
+void MenuHandler(void* menuRef, void* itemRef) {
+    const std::string item = static_cast<const char*>(itemRef);
+    Say("menu " + item + " in plugin " + std::to_string(XPLMGetMyID()) + " with menu refcon " +
+        static_cast<const char*>(menuRef));
+    if (item == "Reload") XPLMReloadPlugins();
+}
+
+void SharedChanged(void*) {
+    XPLMDataRef ref = XPLMFindDataRef("xpsim/tests/probe/shared");
+    Say("shared data changed to " + std::to_string(XPLMGetDatai(ref)) + " in plugin " +
+        std::to_string(XPLMGetMyID()));
+}
+
+void ProbeSdk() {
+    char path[512];
+    XPLMGetSystemPath(path);
+    const std::string library = std::string(path) + "Resources/plugins/XPLM_64.so";
+    void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_GLOBAL);
+    if (handle == nullptr) {
+        Say("no XPLM library in the plugins folder");
+        return;
+    }
+    using FindSymbol = void* (*)(const char*);
+    auto findSymbol = reinterpret_cast<FindSymbol>(dlsym(handle, "XPLMFindSymbol"));
+    const bool sameLibrary = findSymbol == reinterpret_cast<FindSymbol>(&XPLMFindSymbol);
+    int xplane = 0, xplm = 0;
+    XPLMHostApplicationID host = 0;
+    XPLMGetVersions(&xplane, &xplm, &host);
+    Say("XPLM library found, same as loaded: " + std::string(sameLibrary ? "yes" : "no") + ", versions " +
+        std::to_string(xplane) + " " + std::to_string(xplm) + " " + std::to_string(host));
+    Say(std::string("XPLMCreateCommand ") + (findSymbol("XPLMCreateCommand") ? "found" : "missing") +
+        ", XPLMCreateFlightLoop " + (findSymbol("XPLMCreateFlightLoop") ? "found" : "missing"));
+}
+
+}  // namespace
+
+PLUGIN_API int XPluginStart(char* outName, char* outSignature, char* outDescription) {
+    std::strcpy(outName, "Probe");
+    std::strcpy(outSignature, "xpsim.tests.probe");
+    std::strcpy(outDescription, "Reports what xpsim does to a plugin.");
+    gLoopCalls = 0;
+    Say("start as plugin " + std::to_string(XPLMGetMyID()));
+    ProbeSdk();
+    const int item = XPLMAppendMenuItem(XPLMFindPluginsMenu(), "Probe", nullptr, 1);
+    gMenu = XPLMCreateMenu("Probe", XPLMFindPluginsMenu(), item, MenuHandler, const_cast<char*>("probe-menu"));
+    XPLMAppendMenuItem(gMenu, "Hello", const_cast<char*>("Hello"), 1);
+    XPLMAppendMenuItem(gMenu, "Reload", const_cast<char*>("Reload"), 1);
+    XPLMRegisterFlightLoopCallback(Loop, 1.0f, nullptr);
+    XPLMShareData("xpsim/tests/probe/shared", xplmType_Int, SharedChanged, nullptr);
+    return 1;
+}
+
+PLUGIN_API void XPluginStop(void) {
+    XPLMUnregisterFlightLoopCallback(Loop, nullptr);
+    XPLMUnshareData("xpsim/tests/probe/shared", xplmType_Int, SharedChanged, nullptr);
+    XPLMDestroyMenu(gMenu);
+    Say("stop after " + std::to_string(gLoopCalls) + " loops");
+}
+
+PLUGIN_API int XPluginEnable(void) {
+    Say("enable");
+    return 1;
+}
+
+PLUGIN_API void XPluginDisable(void) { Say("disable"); }
+
+PLUGIN_API void XPluginReceiveMessage(XPLMPluginID inFrom, int inMessage, void* inParam) {
+    Say("message " + std::to_string(inMessage) + " from " + std::to_string(inFrom) + " with " +
+        std::to_string(reinterpret_cast<intptr_t>(inParam)));
+}

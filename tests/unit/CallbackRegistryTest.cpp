@@ -1,0 +1,319 @@
+// The callback registry's list operations and its shutdown integrity check.
+//
+// Script ids and callables are only compared by identity here, so plain addresses stand in for
+// them (no interpreter runs in these tests). The log goes where the plugin writes it: into
+// Resources/plugins/PythonScripts under the simulator's system path, which the simulator library
+// takes from the working directory until a folder is prepared; each test works in its own folder.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "CV_ScriptTable.h"
+#include "CallbackRegistry.h"
+#include "XPLMUtilities.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+PyObject* Obj(uintptr_t n) { return reinterpret_cast<PyObject*>(n); }
+void* Ptr(uintptr_t n) { return reinterpret_cast<void*>(n); }
+
+class CallbackRegistryTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        char pattern[] = "/tmp/corvelle-registry-XXXXXX";
+        ASSERT_NE(mkdtemp(pattern), nullptr);
+        root_ = pattern;
+        previous_ = fs::current_path();
+        fs::create_directories(root_ + "/Resources/plugins/PythonScripts");
+        fs::current_path(root_);
+        char systemPath[1024] = {0};
+        XPLMGetSystemPath(systemPath);
+        ASSERT_EQ(std::string(systemPath), fs::canonical(root_).string() + "/");
+        CVTestTable = new CV_ScriptTable();
+        ClearAllLists();
+    }
+    void TearDown() override {
+        ClearAllLists();
+        delete CVTestTable;
+        CVTestTable = nullptr;
+        fs::current_path(previous_);
+        std::error_code ec;
+        fs::remove_all(root_, ec);
+    }
+    static void ClearAllLists() {
+        for (CV_CallbackVector* l :
+             {&FlightLoopCallbackList, &GetDataiCallbackList, &SetDataiCallbackList, &GetDatafCallbackList,
+              &SetDatafCallbackList, &GetDatadCallbackList, &SetDatadCallbackList, &GetDataviCallbackList,
+              &SetDataviCallbackList, &GetDatavfCallbackList, &SetDatavfCallbackList, &GetDatabCallbackList,
+              &SetDatabCallbackList, &SharedDataCallbackList, &CameraCallbackList, &DrawCallbackList,
+              &KeySnifferCallbackList, &HotKeyCallbackList, &DrawWindowCallbackList, &MouseClickCallbackList,
+              &KeyCallbackList, &CursorStatusCallbackList, &MouseWheelCallbackList, &MenuCallbackList,
+              &FeatureEnumeratorCallbackList, &CommandCallbackList, &ErrorCallbackList, &PlanesAvailableCallbackList,
+              &LibraryEnumeratorCallbackList, &ObjectLoadedCallbackList})
+            l->clear();
+        WidgetCallbackList.clear();
+        GetDataMemoryPointerList.clear();
+        SetDataMemoryPointerList.clear();
+        DrawWindowMemoryPointerList.clear();
+    }
+    std::string Log() const {
+        std::ifstream in(root_ + "/Resources/plugins/PythonScripts/CorvelleLog.txt");
+        std::stringstream ss;
+        ss << in.rdbuf();
+        return ss.str();
+    }
+    void AddScript(PyObject* id, const char* name) {
+        CVTestTable->AddScriptId(id, name, CV_StandardScript);
+        CVTestTable->SetScriptDescriptions(id, name, "sig", "desc", CV_StandardScript);
+    }
+
+    std::string root_;
+    fs::path previous_;
+};
+
+TEST_F(CallbackRegistryTest, FindMatchesFirstRecordByEachKeyAndReportsMisses) {
+    CV_ScriptTable& t = *CVTestTable;
+    CV_CallbackVector* list = &DrawCallbackList;
+    _CallbackList* a = t.AddCallback(list, Obj(0x100), nullptr, Obj(0x200), Ptr(7));
+    _CallbackList* b = t.AddCallback(list, Obj(0x101), nullptr, Obj(0x200), Ptr(7));
+    _CallbackList* c = t.AddCallback(list, Obj(0x100), nullptr, Obj(0x201), Ptr(8));
+    ASSERT_EQ(list->size(), 3u);
+    EXPECT_EQ(a->record->scriptId, Obj(0x100));
+    EXPECT_EQ(a->record->sdkHandle, nullptr);
+    EXPECT_EQ(a->record->callable, Obj(0x200));
+    EXPECT_EQ(a->record->refcon, Ptr(7));
+
+    int found = -1, index = -1;
+    EXPECT_EQ(t.FindCallback(*list, Obj(0x101), Obj(0x200), Ptr(7), &found, &index), b);
+    EXPECT_EQ(found, 1);
+    EXPECT_EQ(index, 1);
+
+    // A different refcon, callable or script finds nothing and leaves the index alone.
+    index = 42;
+    EXPECT_EQ(t.FindCallback(*list, Obj(0x100), Obj(0x200), Ptr(8), &found, &index), nullptr);
+    EXPECT_EQ(found, 0);
+    EXPECT_EQ(index, 42);
+    EXPECT_EQ(t.FindCallback(*list, Obj(0x102), Obj(0x200), Ptr(7), &found, &index), nullptr);
+    EXPECT_EQ(index, 42);
+
+    // By callable and refcon, whatever the script: the first of a and b.
+    EXPECT_EQ(t.FindCallback(*list, static_cast<void*>(Obj(0x200)), Ptr(7), &found, &index, 0), a);
+    EXPECT_EQ(index, 0);
+
+    // Handles: zero until updated; the update goes to the first record of that script and callable.
+    EXPECT_EQ(t.FindCallback(*list, Obj(0x100), static_cast<void*>(nullptr), &found, &index), a);
+    EXPECT_EQ(t.UpdateCallback(list, Obj(0x100), Obj(0x201), Ptr(0xABC)), 1);
+    EXPECT_EQ(c->record->sdkHandle, Ptr(0xABC));
+    EXPECT_EQ(t.FindCallback(*list, Obj(0x100), Ptr(0xABC), &found, &index), c);
+    EXPECT_EQ(index, 2);
+    EXPECT_EQ(t.FindCallback(*list, Obj(0x101), Ptr(0xABC), &found, &index), nullptr);
+    EXPECT_EQ(found, 0);
+    EXPECT_EQ(t.UpdateCallback(list, Obj(0x101), Obj(0x201), Ptr(0xDEF)), 0);
+    EXPECT_EQ(c->record->sdkHandle, Ptr(0xABC));
+}
+
+TEST_F(CallbackRegistryTest, DuplicatesNeedTwoDeletesAndLaterIndexesMoveDown) {
+    CV_ScriptTable& t = *CVTestTable;
+    CV_CallbackVector* list = &FlightLoopCallbackList;
+    _CallbackList* first = t.AddCallback(list, Obj(1), nullptr, Obj(2), Ptr(0));
+    _CallbackList* second = t.AddCallback(list, Obj(1), nullptr, Obj(2), Ptr(0));
+    _CallbackList* other = t.AddCallback(list, Obj(9), nullptr, Obj(3), Ptr(5));
+    _CallbackList* last = t.AddCallback(list, Obj(9), nullptr, Obj(4), Ptr(5));
+
+    int found = 0, index = -1;
+    ASSERT_EQ(t.FindCallback(*list, Obj(1), Obj(2), Ptr(0), &found, &index), first);
+    ASSERT_EQ(index, 0);
+    int otherIndex = -1;
+    ASSERT_EQ(t.FindCallback(*list, Obj(9), Obj(3), Ptr(5), &found, &otherIndex), other);
+    ASSERT_EQ(otherIndex, 2);
+
+    t.DeleteCallback(list, first, index);
+    ASSERT_EQ(list->size(), 3u);
+    EXPECT_EQ(t.FindCallback(*list, Obj(1), Obj(2), Ptr(0), &found, &index), second);
+    EXPECT_EQ(index, 0);
+    EXPECT_EQ(t.FindCallback(*list, Obj(9), Obj(3), Ptr(5), &found, &index), other);
+    EXPECT_EQ(index, 1);
+
+    // The index kept from before the delete now points at `last`; deleting `other` with it must
+    // still take `other` out (its record is freed) and leave `last` in place.
+    t.DeleteCallback(list, other, otherIndex);
+    ASSERT_EQ(list->size(), 2u);
+    EXPECT_EQ((*list)[0], second);
+    EXPECT_EQ((*list)[1], last);
+
+    t.DeleteCallback(list, second, 0);
+    ASSERT_EQ(list->size(), 1u);
+    EXPECT_EQ(t.FindCallback(*list, Obj(1), Obj(2), Ptr(0), &found, &index), nullptr);
+    EXPECT_EQ(found, 0);
+}
+
+TEST_F(CallbackRegistryTest, WidgetRecordsAreFoundUpdatedAndChildrenRemovedInOnePass) {
+    CV_ScriptTable& t = *CVTestTable;
+    CV_WidgetCallbackVector* list = &WidgetCallbackList;
+    void* root = Ptr(0x10);
+    _WidgetCallbackListEntry* main = t.AddWidgetCallback(list, nullptr, root, nullptr, 1, nullptr);
+    t.AddWidgetCallback(list, nullptr, Ptr(0x11), nullptr, 0, root);
+    t.AddWidgetCallback(list, nullptr, Ptr(0x12), nullptr, 0, root);
+    _WidgetCallbackListEntry* grandchild = t.AddWidgetCallback(list, nullptr, Ptr(0x13), nullptr, 0, Ptr(0x12));
+    t.AddWidgetCallback(list, nullptr, Ptr(0x14), nullptr, 0, root);
+    _WidgetCallbackListEntry* stranger = t.AddWidgetCallback(list, Obj(0x77), Ptr(0x15), Obj(0x88), 1, nullptr);
+    EXPECT_EQ(main->isRoot, 1);
+    EXPECT_EQ(stranger->container, nullptr);
+
+    int found = 0, index = -1;
+    EXPECT_EQ(t.FindWidgetCallback(*list, root, &found, &index), main);
+    EXPECT_EQ(index, 0);
+    // A widget made by XPCreateWidget has no script until a function is attached.
+    EXPECT_EQ(t.FindWidgetCallback(*list, Obj(0x77), root, &found, &index), nullptr);
+    EXPECT_EQ(found, 0);
+    EXPECT_EQ(t.UpdateWidgetCallback(list, Obj(0x77), root, Obj(0x99)), 1);
+    EXPECT_EQ(main->scriptId, Obj(0x77));
+    EXPECT_EQ(main->callable, Obj(0x99));
+    EXPECT_EQ(t.FindWidgetCallback(*list, Obj(0x77), root, &found, &index), main);
+    EXPECT_EQ(t.UpdateWidgetCallback(list, Obj(0x77), Ptr(0x404), Obj(0x99)), 0);
+
+    // A container without children changes nothing.
+    t.DeleteWidgetChildCallbacks(list, nullptr, Ptr(0x15));
+    EXPECT_EQ(list->size(), 6u);
+    // Three direct children, two of them adjacent, go in one pass; the grandchild stays.
+    t.DeleteWidgetChildCallbacks(list, nullptr, root);
+    ASSERT_EQ(list->size(), 3u);
+    EXPECT_EQ((*list)[0], main);
+    EXPECT_EQ((*list)[1], grandchild);
+    EXPECT_EQ((*list)[2], stranger);
+
+    ASSERT_EQ(t.FindWidgetCallback(*list, Obj(0x77), Ptr(0x15), &found, &index), stranger);
+    t.DeleteWidgetCallback(list, stranger, index);
+    EXPECT_EQ(list->size(), 2u);
+    EXPECT_EQ(t.FindWidgetCallback(*list, Ptr(0x15), &found, &index), nullptr);
+}
+
+TEST_F(CallbackRegistryTest, IntegrityCheckReportsLeftoversInListOrderAndEmptiesCallbackLists) {
+    CV_ScriptTable& t = *CVTestTable;
+    PyObject* radio = Obj(0x5000);
+    PyObject* camera = Obj(0x6000);
+    AddScript(radio, "Radio");
+    AddScript(camera, "Camera");
+
+    // Registered in an order unlike the check's, to see the check impose its own.
+    t.AddWidgetCallback(&WidgetCallbackList, nullptr, Ptr(1), nullptr, 1, nullptr);
+    t.AddWidgetCallback(&WidgetCallbackList, radio, Ptr(2), Obj(3), 1, nullptr);
+    t.AddCallback(&FlightLoopCallbackList, radio, nullptr, Obj(10), Ptr(0));
+    t.AddCallback(&FlightLoopCallbackList, camera, nullptr, Obj(11), Ptr(0));
+    t.AddCallback(&CameraCallbackList, camera, nullptr, Obj(12), Ptr(0));
+    t.AddCallback(&ErrorCallbackList, nullptr, nullptr, Obj(13), Ptr(0));
+    _CallbackList* block[CV_AccessorBlockSlots] = {};
+    SetDataMemoryPointerList.push_back(block);
+
+    CV_CheckAllCallbacks();
+
+    EXPECT_EQ(Log(),
+              "\n*** Checking Integrity of Callbacks Started. ***\n"
+              "CameraCallbackList size = 1\n"
+              "Script 'Camera.py.'\n"
+              "Mismatch of callback creation and destruction.\n"
+              "SetDataMemoryPointerList size = 1\n"
+              "Mismatch of SetDataMemoryPointerList creation and destruction.\n"
+              "FlightLoopCallbackList size = 2\n"
+              "Script 'Radio.py.'\n"
+              "Script 'Camera.py.'\n"
+              "Mismatch of callback creation and destruction.\n"
+              "ErrorCallbackList size = 1\n"
+              "Mismatch of callback creation and destruction.\n"
+              "WidgetCallbackList size = 2\n"
+              "Script 'Radio.py.'\n"
+              "Mismatch of callback creation and destruction.\n"
+              "*** Checking Integrity of Callbacks Finished. ***\n\n");
+    EXPECT_TRUE(CameraCallbackList.empty());
+    EXPECT_TRUE(FlightLoopCallbackList.empty());
+    EXPECT_TRUE(ErrorCallbackList.empty());
+    EXPECT_TRUE(WidgetCallbackList.empty());
+    // Refcon blocks are only reported.
+    EXPECT_EQ(SetDataMemoryPointerList.size(), 1u);
+}
+
+TEST_F(CallbackRegistryTest, IntegrityCheckWithNothingLeftWritesOnlyItsFrame) {
+    CV_CheckAllCallbacks();
+    EXPECT_EQ(Log(),
+              "\n*** Checking Integrity of Callbacks Started. ***\n"
+              "*** Checking Integrity of Callbacks Finished. ***\n\n");
+}
+
+TEST_F(CallbackRegistryTest, EveryListIsCheckedInItsPlace) {
+    CV_ScriptTable& t = *CVTestTable;
+    // One leftover in every list; the size lines must come in the check's order.
+    const std::pair<CV_CallbackVector*, const char*> lists[] = {
+        {&CameraCallbackList, "CameraCallbackList"},
+        {&SharedDataCallbackList, "SharedDataCallbackList"},
+        {&GetDataiCallbackList, "GetDataiCallbackList"},
+        {&SetDataiCallbackList, "SetDataiCallbackList"},
+        {&GetDatafCallbackList, "GetDatafCallbackList"},
+        {&SetDatafCallbackList, "SetDatafCallbackList"},
+        {&GetDatadCallbackList, "GetDatadCallbackList"},
+        {&SetDatadCallbackList, "SetDatadCallbackList"},
+        {&GetDataviCallbackList, "GetDataviCallbackList"},
+        {&SetDataviCallbackList, "SetDataviCallbackList"},
+        {&GetDatavfCallbackList, "GetDatavfCallbackList"},
+        {&SetDatavfCallbackList, "SetDatavfCallbackList"},
+        {&GetDatabCallbackList, "GetDatabCallbackList"},
+        {&SetDatabCallbackList, "SetDatabCallbackList"},
+        {nullptr, "GetDataMemoryPointerList"},
+        {nullptr, "SetDataMemoryPointerList"},
+        {&KeySnifferCallbackList, "KeySnifferCallbackList"},
+        {&HotKeyCallbackList, "HotKeyCallbackList"},
+        {&DrawWindowCallbackList, "DrawWindowCallbackList"},
+        {&KeyCallbackList, "KeyCallbackList"},
+        {&MouseClickCallbackList, "MouseClickCallbackList"},
+        {&CursorStatusCallbackList, "CursorStatusCallbackList"},
+        {&MouseWheelCallbackList, "MouseWheelCallbackList"},
+        {nullptr, "DrawWindowMemoryPointerList"},
+        {&DrawCallbackList, "DrawCallbackList"},
+        {&MenuCallbackList, "MenuCallbackList"},
+        {&PlanesAvailableCallbackList, "PlanesAvailableCallbackList"},
+        {&FeatureEnumeratorCallbackList, "FeatureEnumeratorCallbackList"},
+        {&FlightLoopCallbackList, "FlightLoopCallbackList"},
+        {&LibraryEnumeratorCallbackList, "LibraryEnumeratorCallbackList"},
+        {&ObjectLoadedCallbackList, "ObjectLoadedCallbackList"},
+        {&CommandCallbackList, "CommandCallbackList"},
+        {&ErrorCallbackList, "ErrorCallbackList"},
+        {nullptr, "WidgetCallbackList"},
+    };
+    _CallbackList* block[CV_WindowBlockSlots] = {};
+    GetDataMemoryPointerList.push_back(block);
+    SetDataMemoryPointerList.push_back(block);
+    DrawWindowMemoryPointerList.push_back(block);
+    t.AddWidgetCallback(&WidgetCallbackList, nullptr, Ptr(1), nullptr, 1, nullptr);
+    std::string expected = "\n*** Checking Integrity of Callbacks Started. ***\n";
+    for (const auto& [list, name] : lists) {
+        if (list) t.AddCallback(list, nullptr, nullptr, Obj(1), Ptr(0));
+        expected += std::string(name) + " size = 1\n";
+        expected += (list || std::string(name) == "WidgetCallbackList")
+                        ? std::string("Mismatch of callback creation and destruction.\n")
+                        : "Mismatch of " + std::string(name) + " creation and destruction.\n";
+    }
+    expected += "*** Checking Integrity of Callbacks Finished. ***\n\n";
+    CV_CheckAllCallbacks();
+    EXPECT_EQ(Log(), expected);
+}
+
+TEST_F(CallbackRegistryTest, DebugTraceFramesDetailsAndSizeLinesWithTheFunctionName) {
+    CV_DebugCallbackTrace("XPLMControlCamera",
+                          CV_FormatText("pScriptId = %lx, inHowLong = %d, inRefcon = %ld\n",
+                                        CV_Hex(Ptr(0x7f12345678ab)), 1, CV_Dec(Ptr(static_cast<uintptr_t>(-3)))),
+                          {{"HotKeysCallbackList", 2}, {"CameraCallbackList", 0}});
+    EXPECT_EQ(Log(),
+              "XPLMControlCamera\n"
+              "pScriptId = 7f12345678ab, inHowLong = 1, inRefcon = -3\n"
+              "HotKeysCallbackList size = 2\n"
+              "CameraCallbackList size = 0\n"
+              "XPLMControlCamera\n");
+}
+
+}  // namespace
