@@ -1,0 +1,163 @@
+// Starting, stopping and reloading the scripts while the plugin stays loaded, as the control panel's
+// buttons do. The plugin's own objects run inside this test process, entered in xpsim's plugin table
+// so that every SDK call is answered by the simulator library in the plugin's context.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "CV_ScriptTable.h"
+#include "PanelState.h"
+#include "PluginEntry.h"
+#include "XPLMDefs.h"
+#include "world/DataRefs.h"
+#include "world/Plugins.h"
+#include "world/World.h"
+
+PLUGIN_API int XPluginStart(char*, char*, char*);
+PLUGIN_API void XPluginStop(void);
+PLUGIN_API int XPluginEnable(void);
+PLUGIN_API void XPluginDisable(void);
+PLUGIN_API void XPluginReceiveMessage(XPLMPluginID, int, void*);
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string Read(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream ss;
+    ss << in.rdbuf();
+    return ss.str();
+}
+
+size_t Count(const std::string& text, const std::string& needle) {
+    size_t n = 0;
+    for (size_t p = text.find(needle); p != std::string::npos; p = text.find(needle, p + 1)) ++n;
+    return n;
+}
+
+class StartStop : public ::testing::Test {
+protected:
+    void SetUp() override {
+        char dir[] = "/tmp/corvelle-inprocess-XXXXXX";
+        ASSERT_NE(mkdtemp(dir), nullptr);
+        root_ = dir;
+        std::string error;
+        ASSERT_TRUE(xpsim::PrepareRoot(root_, error)) << error;
+        ASSERT_TRUE(xpsim::SetSdkLevel(210));
+        ASSERT_TRUE(xpsim::InstallLibraryLink(error)) << error;
+        xpsim::StartLog();
+        xpsim::LoadStandardDataRefs();
+    }
+
+    void TearDown() override {
+        std::error_code ec;
+        fs::remove_all(root_, ec);
+    }
+
+    std::string Scripts() const { return root_ + "/Resources/plugins/PythonScripts"; }
+
+    void WriteScript(const std::string& name, const std::string& source) const {
+        fs::create_directories(Scripts());
+        std::ofstream(Scripts() + "/" + name) << source;
+    }
+
+    // Loads the plugin as the simulator does: start, then enable.
+    void LoadPlugin() {
+        xpsim::PluginEntryPoints entry;
+        entry.start = XPluginStart;
+        entry.stop = XPluginStop;
+        entry.enable = XPluginEnable;
+        entry.disable = XPluginDisable;
+        entry.receiveMessage = XPluginReceiveMessage;
+        id_ = xpsim::AddPlugin(root_ + "/Resources/plugins/Corvelle/lin_x64/Corvelle.xpl", nullptr, entry);
+        ASSERT_TRUE(xpsim::StartPlugin(id_));
+        xpsim::EnablePlugin(id_);
+    }
+
+    void UnloadPlugin() {
+        xpsim::DisablePlugin(id_);
+        xpsim::StopPlugin(id_);
+    }
+
+    std::string Log() const { return Read(Scripts() + "/CorvelleLog.txt"); }
+    std::string Output() const { return Read(Scripts() + "/CorvelleOutput.txt"); }
+
+    std::string root_;
+    int id_ = 0;
+};
+
+const char* kTalkingScript =
+    "class Corvelle:\n"
+    "    def XPluginStart(self):\n        print('start')\n        return 'Talk', 'sig.talk', 'd'\n"
+    "    def XPluginEnable(self):\n        print('enable')\n"
+    "    def XPluginDisable(self):\n        print('disable')\n"
+    "    def XPluginStop(self):\n        print('stop')\n";
+
+}  // namespace
+
+TEST_F(StartStop, StartingTwiceDoesNothingAndReloadStartsEnabled) {
+    WriteScript("CV_Talk.py", kTalkingScript);
+    LoadPlugin();
+    {
+        xpsim::PluginContext context(id_);
+        StartPython(1);  // already running: nothing happens
+        EXPECT_EQ(Count(Log(), "+++ LOGGING STARTED +++"), 1u);
+        // The control panel's reload: stop with disable, start with enable.
+        StopPython(1);
+        EXPECT_EQ(CVTestTable->GetPythonRunState(), 0);
+        StartPython(1);
+        EXPECT_EQ(CVTestTable->GetPythonRunState(), 1);
+    }
+    UnloadPlugin();
+    EXPECT_EQ(Output(), "start\nenable\ndisable\nstop\nstart\nenable\ndisable\nstop\n");
+    EXPECT_EQ(Count(Log(), "+++ LOGGING STARTED +++"), 2u);
+    EXPECT_EQ(Count(Log(), "--- LOGGING STOPPED ---"), 2u);
+}
+
+TEST_F(StartStop, AScriptWithoutThreeTextsIsNotEnabledByAStartFromThePanel) {
+    WriteScript("CV_Odd.py",
+                "class Corvelle:\n"
+                "    def XPluginStart(self):\n        print('start')\n        return 42\n"
+                "    def XPluginEnable(self):\n        print('enable')\n"
+                "    def XPluginDisable(self):\n        print('disable')\n"
+                "    def XPluginStop(self):\n        print('stop')\n");
+    LoadPlugin();
+    {
+        xpsim::PluginContext context(id_);
+        StopPython(1);
+        StartPython(1);
+        ASSERT_EQ(CVTestTable->GetScriptTableSize(), 1);
+        char name[256] = "x", sig[256] = "x", desc[256] = "x";
+        CVTestTable->GetScriptDescriptions(CVTestTable->GetScriptId(0), name, sig, desc);
+        EXPECT_STREQ(name, "");
+        EXPECT_STREQ(sig, "");
+        EXPECT_STREQ(desc, "");
+    }
+    UnloadPlugin();
+    // The simulator's enable reached it the first time; the panel's start did not enable it.
+    EXPECT_EQ(Output(), "start\nenable\ndisable\nstop\nstart\ndisable\nstop\n");
+}
+
+TEST_F(StartStop, MissingFolderLeavesTheRunStateStoppedUntilAStartFindsIt) {
+    LoadPlugin();
+    EXPECT_EQ(CVTestTable->GetPythonRunState(), 0);
+    EXPECT_STREQ(szPopupText, "PythonScripts Directory Error;");
+    EXPECT_FALSE(fs::exists(Scripts()));
+    WriteScript("CV_Talk.py", kTalkingScript);
+    {
+        xpsim::PluginContext context(id_);
+        StopPython(1);  // never started: nothing to stop, nothing logged
+        EXPECT_FALSE(fs::exists(Scripts() + "/CorvelleLog.txt"));
+        StartPython(1);
+        EXPECT_EQ(CVTestTable->GetPythonRunState(), 1);
+    }
+    UnloadPlugin();
+    EXPECT_EQ(Output(), "start\nenable\ndisable\nstop\n");
+    const std::string log = Log();
+    EXPECT_EQ(Count(log, "+++ LOGGING STARTED +++"), 1u);
+    EXPECT_EQ(log.find("+++ LOGGING STARTED +++"), 0u);
+    EXPECT_EQ(Count(log, "--- LOGGING STOPPED ---"), 1u);
+}
