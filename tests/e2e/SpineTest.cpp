@@ -1,6 +1,8 @@
 // The plugin's life in the simulator: start, scripts, logs, configuration and SDK levels.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 
 #include "SimHarness.h"
@@ -241,4 +243,38 @@ TEST(Spine, ReloadBringsBackAFreshInterpreter) {
     EXPECT_EQ(sim.output(), "starts=1 fresh [1]\nstop\nstarts=1 fresh [1]\nstop\n");
     EXPECT_EQ(CountOf(sim.log(), "+++ LOGGING STARTED +++"), 2u);
     EXPECT_EQ(CountOf(sim.log(), "--- LOGGING STOPPED ---"), 2u);
+}
+
+TEST(Spine, VirtualCameraItemsAreSharedWhileScriptsRun) {
+    SimFolder sim;
+    sim.writeScript("CV_Camera.py",
+                    "from XPLMDataAccess import *\n"
+                    "names = ['cameraindex', 'cameratypeindex', 'camerapluginready', 'acquirecamera', 'releasecamera',\n"
+                    "         'setcamera', 'xoffset', 'yoffset', 'zoffset', 'headingoffset', 'pitchoffset', 'rolloffset',\n"
+                    "         'zoomratio', 'lookataircraft']\n"
+                    "class Corvelle:\n"
+                    "    def XPluginStart(self):\n"
+                    "        types = [XPLMGetDataRefTypes(XPLMFindDataRef('brindle/virtualcamera/' + n)) for n in names]\n"
+                    "        print(types)\n"
+                    "        return 'Camera', 'sig.camera', 'd'\n");
+    ASSERT_EQ(sim.run({"--frames", "2"}).exitCode, 0);
+    EXPECT_EQ(sim.output(), "[1, 1, 1, 1, 1, 1, 2, 2, 2, 2, 2, 2, 2, 1]\n");
+    // Everything shared at start was withdrawn at stop: the simulator found nothing left behind.
+    EXPECT_EQ(sim.simLog().find("left registered"), std::string::npos) << sim.simLog();
+}
+
+TEST(Spine, ThePluginExportsOnlyItsFiveEntryPoints) {
+    FILE* pipe = popen(("nm -D --defined-only '" + std::string(CORVELLE_XPL) + "'").c_str(), "r");
+    ASSERT_NE(pipe, nullptr);
+    std::vector<std::string> names;
+    char line[512];
+    while (fgets(line, sizeof line, pipe)) {
+        std::string text(line);
+        size_t space = text.find_last_of(' ');
+        names.push_back(text.substr(space + 1, text.find_last_not_of("\n") - space));
+    }
+    pclose(pipe);
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(names, (std::vector<std::string>{"XPluginDisable", "XPluginEnable", "XPluginReceiveMessage",
+                                               "XPluginStart", "XPluginStop"}));
 }
