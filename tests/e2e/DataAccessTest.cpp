@@ -7,9 +7,9 @@
 //   sim/flightmodel/position/local_x  double, writable
 //   sim/flightmodel/position/latitude double, read-only
 //   sim/flightmodel/position/q        float[4], writable
-//   sim/cockpit2/EFIS/EFIS_page       int[6], writable. The file has no 4-element int array, so the
-//                                     "offset 2, maximum 3 on 4 elements gives 2" case is read as
-//                                     offset 4, maximum 3 on these 6 elements: the same cut at the end.
+//   sim/cockpit2/EFIS/EFIS_page       int[6], writable
+//   sim/test/four_ints                int[4], writable: added to the test's own DataRefs.txt, since the
+//                                     simulator's list has no four-element int array
 //   sim/aircraft/view/acf_tailnum     byte[40], writable
 #include <gtest/gtest.h>
 
@@ -134,6 +134,10 @@ TEST(DataAccess, ScalarsRoundTripThroughTheSimulator) {
 TEST(DataAccess, IntAndFloatArrays) {
     SimFolder sim;
     sim.writeScript("CV_Arrays.py", DataScript(
+        "        FOUR = XPLMFindDataRef('sim/test/four_ints')\n"
+        "        XPLMSetDatavi(FOUR, [1, 2, 3, 4], 0, 4)\n"
+        "        out = []\n"
+        "        print('four', XPLMGetDatavi(FOUR, out, 2, 3), out)\n"
         "        print('size', XPLMGetDatavi(EFIS, None, 0, 0), XPLMGetDatavf(QUAT, None, 0, 0))\n"
         "        print('set', XPLMSetDatavi(EFIS, [10, 11, 12, 13, 14, 15], 0, 6))\n"
         "        out = ['keep']\n"
@@ -151,11 +155,14 @@ TEST(DataAccess, IntAndFloatArrays) {
         "        print('ints now', XPLMGetDatavi(EFIS, out, 0, 6), out)\n"
         "        out = []\n"
         "        print('floats now', XPLMGetDatavf(QUAT, out, 0, 10), out)\n"));
+    sim.writeFile("Resources/plugins/DataRefs.txt", sim.read("Resources/plugins/DataRefs.txt") +
+                                                        "sim/test/four_ints\tint[4]\ty\t???\tFour ints for tests\n");
     SimRun run = sim.run({"--frames", "2"});
     ASSERT_EQ(run.exitCode, 0) << run.stderrText;
 
     const std::string out = sim.output();
-    EXPECT_TRUE(InOrder(out, {"size 6 4\n",
+    EXPECT_TRUE(InOrder(out, {"four 2 [3, 4]\n",
+                              "size 6 4\n",
                               "set 1\n",
                               "tail 2 ['keep', 14, 15]\n",
                               "middle 3 [12, 13, 14]\n",
