@@ -1,4 +1,5 @@
-// XPLMUtilities: paths, directory listing, versions, the log, error callbacks and symbol lookup.
+// XPLMUtilities: paths, directory listing, data files, versions, the log, error callbacks, symbol
+// lookup, simulated keys and commands.
 #include "XPLMUtilities.h"
 
 #include <dirent.h>
@@ -10,6 +11,9 @@
 #include <string>
 #include <vector>
 
+#include "world/Commands.h"
+#include "world/DataFiles.h"
+#include "world/Keys.h"
 #include "world/World.h"
 
 namespace {
@@ -28,6 +32,17 @@ void CopyPath(const char* function, char* out, const std::string& path) {
     }
     if (!xpsim::CopyOut(out, kPathBufferSize, path))
         xpsim::Note(std::string(function) + ": the path is longer than 511 bytes and was cut");
+}
+
+// The command behind a handle; reports anything that is not one.
+xpsim::CommandRecord* Command(XPLMCommandRef ref, const char* function) {
+    xpsim::CommandRecord* command = xpsim::CommandFromHandle(ref);
+    if (command == nullptr) {
+        char text[64];
+        std::snprintf(text, sizeof text, "%p is not a command", ref);
+        xpsim::ReportMisuse(function, text);
+    }
+    return command;
 }
 
 }  // namespace
@@ -166,69 +181,82 @@ void XPLMSpeakString(const char* inString) {
     xpsim::Note(std::string("XPLMSpeakString: ") + inString);
 }
 
-// ------------------------------------------------------------------ not yet simulated
+// ------------------------------------------------------------------ data files
 
-int XPLMLoadDataFile(XPLMDataFileType inFileType, const char * inFilePath) {
-    xpsim::NotYetSimulated("XPLMLoadDataFile");
-    return 0;
+int XPLMLoadDataFile(XPLMDataFileType inFileType, const char* inFilePath) {
+    return xpsim::LoadDataFile(inFileType, inFilePath);
 }
 
-int XPLMSaveDataFile(XPLMDataFileType inFileType, const char * inFilePath) {
-    xpsim::NotYetSimulated("XPLMSaveDataFile");
-    return 0;
+int XPLMSaveDataFile(XPLMDataFileType inFileType, const char* inFilePath) {
+    return xpsim::SaveDataFile(inFileType, inFilePath);
 }
+
+// ------------------------------------------------------------------ keys and buttons
 
 void XPLMSimulateKeyPress(int inKeyType, int inKey) {
-    xpsim::NotYetSimulated("XPLMSimulateKeyPress");
+    // The key goes to the simulator only, not through the plugins' sniffers, windows and hot keys.
+    const unsigned char character = static_cast<unsigned char>(inKey);
+    const int virtualKey = xpsim::KeyForCharacter(character, 0).virtualKey;
+    xpsim::Note("simulated key press " + xpsim::DescribeKey(char(character), inKeyType, virtualKey));
+    xpsim::SimHandlesKey(char(character), inKeyType, virtualKey);
 }
 
-void XPLMCommandKeyStroke(XPLMCommandKeyID inKey) {
-    xpsim::NotYetSimulated("XPLMCommandKeyStroke");
+void XPLMCommandKeyStroke(XPLMCommandKeyID inKey) { xpsim::CommandKeyStroke(inKey); }
+
+void XPLMCommandButtonPress(XPLMCommandButtonID inButton) { xpsim::CommandButton(inButton, true); }
+
+void XPLMCommandButtonRelease(XPLMCommandButtonID inButton) { xpsim::CommandButton(inButton, false); }
+
+const char* XPLMGetVirtualKeyDescription(char inVirtualKey) {
+    return xpsim::VirtualKeyDescription(static_cast<unsigned char>(inVirtualKey));
 }
 
-void XPLMCommandButtonPress(XPLMCommandButtonID inButton) {
-    xpsim::NotYetSimulated("XPLMCommandButtonPress");
+// ------------------------------------------------------------------ commands
+
+XPLMCommandRef XPLMFindCommand(const char* inName) {
+    if (inName == nullptr) {
+        xpsim::ReportMisuse("XPLMFindCommand", "null name");
+        return nullptr;
+    }
+    return xpsim::FindCommand(inName);
 }
 
-void XPLMCommandButtonRelease(XPLMCommandButtonID inButton) {
-    xpsim::NotYetSimulated("XPLMCommandButtonRelease");
-}
-
-const char * XPLMGetVirtualKeyDescription(char inVirtualKey) {
-    xpsim::NotYetSimulated("XPLMGetVirtualKeyDescription");
-    return "";
-}
-
-void XPLMReloadScenery(void) {
-    xpsim::NotYetSimulated("XPLMReloadScenery");
-}
-
-XPLMCommandRef XPLMFindCommand(const char * inName) {
-    xpsim::NotYetSimulated("XPLMFindCommand");
-    return nullptr;
+XPLMCommandRef XPLMCreateCommand(const char* inName, const char* inDescription) {
+    if (inName == nullptr || *inName == '\0') {
+        xpsim::ReportMisuse("XPLMCreateCommand", "no command name");
+        return nullptr;
+    }
+    return xpsim::CreateCommand(inName, inDescription ? inDescription : "");
 }
 
 void XPLMCommandBegin(XPLMCommandRef inCommand) {
-    xpsim::NotYetSimulated("XPLMCommandBegin");
+    if (xpsim::CommandRecord* command = Command(inCommand, "XPLMCommandBegin"))
+        xpsim::BeginCommand(*command, "XPLMCommandBegin");
 }
 
 void XPLMCommandEnd(XPLMCommandRef inCommand) {
-    xpsim::NotYetSimulated("XPLMCommandEnd");
+    if (xpsim::CommandRecord* command = Command(inCommand, "XPLMCommandEnd"))
+        xpsim::EndCommand(*command, "XPLMCommandEnd");
 }
 
 void XPLMCommandOnce(XPLMCommandRef inCommand) {
-    xpsim::NotYetSimulated("XPLMCommandOnce");
+    if (xpsim::CommandRecord* command = Command(inCommand, "XPLMCommandOnce")) xpsim::RunCommandOnce(*command);
 }
 
-XPLMCommandRef XPLMCreateCommand(const char * inName, const char * inDescription) {
-    xpsim::NotYetSimulated("XPLMCreateCommand");
-    return nullptr;
+void XPLMRegisterCommandHandler(XPLMCommandRef inComand, XPLMCommandCallback_f inHandler, int inBefore,
+                                void* inRefcon) {
+    if (xpsim::CommandRecord* command = Command(inComand, "XPLMRegisterCommandHandler"))
+        xpsim::RegisterCommandHandler(*command, inHandler, inBefore, inRefcon);
 }
 
-void XPLMRegisterCommandHandler(XPLMCommandRef inComand, XPLMCommandCallback_f inHandler, int inBefore, void * inRefcon) {
-    xpsim::NotYetSimulated("XPLMRegisterCommandHandler");
+void XPLMUnregisterCommandHandler(XPLMCommandRef inComand, XPLMCommandCallback_f inHandler, int inBefore,
+                                  void* inRefcon) {
+    if (xpsim::CommandRecord* command = Command(inComand, "XPLMUnregisterCommandHandler"))
+        xpsim::UnregisterCommandHandler(*command, inHandler, inBefore, inRefcon);
 }
 
-void XPLMUnregisterCommandHandler(XPLMCommandRef inComand, XPLMCommandCallback_f inHandler, int inBefore, void * inRefcon) {
-    xpsim::NotYetSimulated("XPLMUnregisterCommandHandler");
+// ------------------------------------------------------------------ not yet simulated
+
+void XPLMReloadScenery(void) {
+    xpsim::NotYetSimulated("XPLMReloadScenery");
 }

@@ -12,10 +12,13 @@
 #include <cstdlib>
 #include <set>
 
+#include "world/Commands.h"
 #include "world/DataRefs.h"
+#include "world/Keys.h"
 #include "world/Menus.h"
 #include "world/Plugins.h"
 #include "world/Scheduler.h"
+#include "world/Windows.h"
 #include "world/World.h"
 
 namespace xpsim {
@@ -139,11 +142,26 @@ void ApplyEvent(const Event& event) {
     std::string error;
     switch (event.verb) {
         case EventVerb::Key:
-        case EventVerb::Click:
-        case EventVerb::Drag:
-        case EventVerb::Command:
-            Note(where + VerbName(event.verb) + " events are not yet simulated");
+            PressKey(event.key);
             break;
+        case EventVerb::Click:
+            Click(event.x1, event.y1);
+            break;
+        case EventVerb::Drag:
+            Drag(event.x1, event.y1, event.x2, event.y2);
+            break;
+        case EventVerb::Wheel:
+            Wheel(event.x1, event.y1, event.clicks, event.axis);
+            break;
+        case EventVerb::Command:
+        case EventVerb::CommandBegin:
+        case EventVerb::CommandEnd: {
+            const CommandRun run = event.verb == EventVerb::Command        ? CommandRun::Once
+                                   : event.verb == EventVerb::CommandBegin ? CommandRun::Begin
+                                                                           : CommandRun::End;
+            if (!RunCommandByName(event.text, run, error)) Note(where + error);
+            break;
+        }
         case EventVerb::Menu:
             if (!PickMenuPath(event.text, error)) Note(where + error);
             break;
@@ -218,6 +236,7 @@ int RunSimulation(const Options& options, std::ostream& err) {
             Note("events line " + std::to_string(events[i].line) + ": " + FormatTime(events[i].time) +
                  " is after the end of the run; not applied");
     }
+    for (const auto& name : HeldCommands()) Note(name + " is still held at the end of the run");
     StopPlugins();
     ClearReloadRequest();
     Note("run complete: " + std::to_string(FrameNumber()) + " frames, " + FormatTime(SimTime()));

@@ -8,36 +8,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "XPLMDefs.h"
-
 namespace xpsim {
 namespace {
-
-// Every virtual key the SDK names.
-#define XPSIM_VIRTUAL_KEYS(VK)                                                                         \
-    VK(BACK) VK(TAB) VK(CLEAR) VK(RETURN) VK(ESCAPE) VK(SPACE) VK(PRIOR) VK(NEXT)                      \
-    VK(END) VK(HOME) VK(LEFT) VK(UP) VK(RIGHT) VK(DOWN) VK(SELECT) VK(PRINT)                           \
-    VK(EXECUTE) VK(SNAPSHOT) VK(INSERT) VK(DELETE) VK(HELP) VK(0) VK(1) VK(2)                          \
-    VK(3) VK(4) VK(5) VK(6) VK(7) VK(8) VK(9) VK(A)                                                    \
-    VK(B) VK(C) VK(D) VK(E) VK(F) VK(G) VK(H) VK(I)                                                    \
-    VK(J) VK(K) VK(L) VK(M) VK(N) VK(O) VK(P) VK(Q)                                                    \
-    VK(R) VK(S) VK(T) VK(U) VK(V) VK(W) VK(X) VK(Y)                                                    \
-    VK(Z) VK(NUMPAD0) VK(NUMPAD1) VK(NUMPAD2) VK(NUMPAD3) VK(NUMPAD4) VK(NUMPAD5) VK(NUMPAD6)          \
-    VK(NUMPAD7) VK(NUMPAD8) VK(NUMPAD9) VK(MULTIPLY) VK(ADD) VK(SEPARATOR) VK(SUBTRACT) VK(DECIMAL)    \
-    VK(DIVIDE) VK(F1) VK(F2) VK(F3) VK(F4) VK(F5) VK(F6) VK(F7)                                        \
-    VK(F8) VK(F9) VK(F10) VK(F11) VK(F12) VK(F13) VK(F14) VK(F15)                                      \
-    VK(F16) VK(F17) VK(F18) VK(F19) VK(F20) VK(F21) VK(F22) VK(F23)                                    \
-    VK(F24) VK(EQUAL) VK(MINUS) VK(RBRACE) VK(LBRACE) VK(QUOTE) VK(SEMICOLON) VK(BACKSLASH)            \
-    VK(COMMA) VK(SLASH) VK(PERIOD) VK(BACKQUOTE) VK(ENTER) VK(NUMPAD_ENT) VK(NUMPAD_EQ)
-
-struct VirtualKeyName {
-    const char* name;
-    int code;
-};
-
-#define XPSIM_VK_ENTRY(name) {"XPLM_VK_" #name, XPLM_VK_##name},
-const VirtualKeyName kVirtualKeys[] = {XPSIM_VIRTUAL_KEYS(XPSIM_VK_ENTRY)};
-#undef XPSIM_VK_ENTRY
 
 std::string Trim(const std::string& text) {
     const size_t first = text.find_first_not_of(" \t\r\n");
@@ -120,17 +92,13 @@ bool ParseLine(const std::string& body, int lineNumber, Event& event, std::strin
         return false;
     } else if (verb == "key") {
         event.verb = EventVerb::Key;
-        if (!expect(1, "one key: a character or an XPLM_VK_ name")) return false;
+        if (!expect(1, "one key: modifiers joined by + (shift, ctrl, alt), then a character or an XPLM_VK_ name"))
+            return false;
         event.text = words[0];
-        if (event.text.size() == 1) {
-            event.keyCode = static_cast<unsigned char>(event.text[0]);
-        } else {
-            event.keyCode = VirtualKeyCode(event.text);
-            event.virtualKey = true;
-            if (event.keyCode < 0) {
-                error = where + "unknown key '" + event.text + "' (a character or an XPLM_VK_ name)";
-                return false;
-            }
+        std::string problem;
+        if (!ParseKey(event.text, event.key, problem)) {
+            error = where + problem;
+            return false;
         }
     } else if (verb == "click") {
         event.verb = EventVerb::Click;
@@ -147,6 +115,21 @@ bool ParseLine(const std::string& body, int lineNumber, Event& event, std::strin
             error = where + "drag takes whole-number coordinates, not '" + args + "'";
             return false;
         }
+    } else if (verb == "wheel") {
+        event.verb = EventVerb::Wheel;
+        if (words.size() != 3 && words.size() != 4) {
+            error = where + "wheel takes a screen point, clicks and an optional axis: X Y CLICKS [AXIS]";
+            return false;
+        }
+        if (!ParseInt(words[0], event.x1) || !ParseInt(words[1], event.y1) || !ParseInt(words[2], event.clicks)) {
+            error = where + "wheel takes whole numbers, not '" + args + "'";
+            return false;
+        }
+        if (words.size() == 4 && words[3] != "0" && words[3] != "1") {
+            error = where + "the wheel axis is 0 (vertical) or 1 (horizontal), not '" + words[3] + "'";
+            return false;
+        }
+        event.axis = words.size() == 4 && words[3] == "1" ? 1 : 0;
     } else if (verb == "menu") {
         event.verb = EventVerb::Menu;
         event.text = args;
@@ -154,8 +137,10 @@ bool ParseLine(const std::string& body, int lineNumber, Event& event, std::strin
             error = where + "menu takes a path of item names such as Plugins/Corvelle/Control Panel";
             return false;
         }
-    } else if (verb == "command") {
-        event.verb = EventVerb::Command;
+    } else if (verb == "command" || verb == "command-begin" || verb == "command-end") {
+        event.verb = verb == "command"         ? EventVerb::Command
+                     : verb == "command-begin" ? EventVerb::CommandBegin
+                                               : EventVerb::CommandEnd;
         if (!expect(1, "one command name")) return false;
         event.text = words[0];
     } else if (verb == "set") {
@@ -186,7 +171,8 @@ bool ParseLine(const std::string& body, int lineNumber, Event& event, std::strin
         if (!expect(0, "nothing after it")) return false;
     } else {
         error = where + "unknown verb '" + verb +
-                "' (key, click, drag, menu, command, set, message, reload-plugins)";
+                "' (key, click, drag, wheel, menu, command, command-begin, command-end, set, message, "
+                "reload-plugins)";
         return false;
     }
     return true;
@@ -194,20 +180,16 @@ bool ParseLine(const std::string& body, int lineNumber, Event& event, std::strin
 
 }  // namespace
 
-int VirtualKeyCode(const std::string& name) {
-    for (const auto& key : kVirtualKeys) {
-        if (name == key.name) return key.code;
-    }
-    return -1;
-}
-
 const char* VerbName(EventVerb verb) {
     switch (verb) {
         case EventVerb::Key: return "key";
         case EventVerb::Click: return "click";
         case EventVerb::Drag: return "drag";
+        case EventVerb::Wheel: return "wheel";
         case EventVerb::Menu: return "menu";
         case EventVerb::Command: return "command";
+        case EventVerb::CommandBegin: return "command-begin";
+        case EventVerb::CommandEnd: return "command-end";
         case EventVerb::Set: return "set";
         case EventVerb::Message: return "message";
         case EventVerb::ReloadPlugins: return "reload-plugins";

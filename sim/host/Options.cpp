@@ -44,8 +44,8 @@ std::string UsageText() {
            "  --seconds S     simulated seconds to run (default 5)\n"
            "  --frames N      frames to run instead of --seconds\n"
            "  --fps N         simulated frames per second (default 20)\n"
-           "  --events FILE   timed input: keys, clicks, menu picks, commands, dataref writes,\n"
-           "                  plugin messages and plugin reloads\n";
+           "  --events FILE   timed input: keys, clicks, drags, the mouse wheel, menu picks,\n"
+           "                  commands, dataref writes, plugin messages and plugin reloads\n";
 }
 
 CommandLineResult ParseCommandLine(const std::vector<std::string>& args, Options& options, std::string& error) {

@@ -692,6 +692,29 @@ bool SimPaused() {
     return paused != nullptr && paused->intValue != 0;
 }
 
+void SetSimPaused(bool paused) {
+    Registry& r = registry();
+    if (r.paused == nullptr) {
+        DataRefRecord* found = FindDataRefRecord(kPaused);
+        r.paused = found ? found : AddBuiltin(kPaused, xplmType_Int, 1, false);
+    }
+    WriteInt(*r.paused, paused ? 1 : 0, "sim/time/paused", true);
+}
+
+std::vector<DataRefRecord*> SimWritableDataRefs() {
+    Registry& r = registry();
+    std::vector<DataRefRecord*> found;
+    for (auto& record : r.records) {
+        DataRefRecord* ref = record.get();
+        if (ref->kind != DataRefRecord::Builtin || !ref->writable) continue;
+        if (ref == r.runningTime || ref == r.flightTime || ref == r.frameratePeriod ||
+            ref == r.frameRatePeriodMisc || ref == r.paused)
+            continue;
+        found.push_back(ref);
+    }
+    return found;
+}
+
 void ResetDataRefs() { registry() = Registry(); }
 
 }  // namespace xpsim

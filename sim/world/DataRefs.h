@@ -111,6 +111,11 @@ int UnshareData(const char* name, XPLMDataTypeID type, XPLMDataChanged_f callbac
 void UpdateTimeDataRefs();
 // sim/time/paused is non-zero.
 bool SimPaused();
+// Writes sim/time/paused as the simulator, creating it when no DataRefs.txt was loaded.
+void SetSimPaused(bool paused);
+// The simulator's own writable datarefs, in the order they were added, without the clock datarefs
+// xpsim drives every frame.
+std::vector<DataRefRecord*> SimWritableDataRefs();
 int ForgetAccessorsOf(int plugin);
 int ForgetSharedDataOf(int plugin);
 void ResetDataRefs();

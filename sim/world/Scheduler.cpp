@@ -8,7 +8,9 @@
 #include <unordered_set>
 #include <vector>
 
+#include "world/Commands.h"
 #include "world/Plugins.h"
+#include "world/Windows.h"
 #include "world/World.h"
 
 namespace xpsim {
@@ -219,6 +221,8 @@ void RunDrawing() {
         PhaseRecord& record = s.phases[phase];
         if (drawSim) {
             record.drawn++;
+            // Plugin windows are part of the sim's drawing of the window phase.
+            if (phase == xplm_Phase_Window) DrawWindows();
         } else {
             record.suppressed++;
         }
@@ -240,10 +244,12 @@ void RunFrameCallbacks() {
     SchedulerState& s = sched();
     const double sinceLastDispatch = SimTime() - s.lastDispatchTime;
     s.dispatching++;
+    RunHeldCommands();
     RunFlightLoops(xplm_FlightLoop_Phase_BeforeFlightModel, sinceLastDispatch);
     RunFlightLoops(xplm_FlightLoop_Phase_AfterFlightModel, sinceLastDispatch);
     s.lastDispatchTime = SimTime();
     RunDrawing();
+    UpdateCursor();
     s.dispatching--;
     Sweep();
 }

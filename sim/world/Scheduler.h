@@ -1,10 +1,13 @@
-// The frame's callbacks: flight loops (before and after the flight model) and the drawing phases.
+// The frame's callbacks: held commands, flight loops (before and after the flight model), the
+// drawing phases and the cursor.
 //
-// Each frame runs, in this order: the before-flight-model loops, the after-flight-model loops
+// Each frame runs, in this order: the xplm_CommandContinue phase of the commands held since an
+// earlier frame, the before-flight-model loops, the after-flight-model loops
 // (XPLMRegisterFlightLoopCallback's loops among them), then every drawing phase from
 // xplm_Phase_FirstScene to xplm_Phase_LastCockpit, each with its before-callbacks, the sim's own
-// drawing of the phase (unless a before-callback returned 0) and its after-callbacks. Within a group,
-// callbacks run in registration order. A callback registered during a frame runs from a later frame
+// drawing of the phase (unless a before-callback returned 0; for xplm_Phase_Window that drawing
+// includes the plugin windows) and its after-callbacks, and last the cursor callback of the window
+// under the mouse. Within a group, callbacks run in registration order. A callback registered during a frame runs from a later frame
 // on; one unregistered or destroyed during a frame is not called again, even later in that frame.
 #pragma once
 

@@ -16,10 +16,13 @@
 #include <set>
 #include <vector>
 
+#include "world/Commands.h"
 #include "world/DataRefs.h"
+#include "world/Keys.h"
 #include "world/Menus.h"
 #include "world/Plugins.h"
 #include "world/Scheduler.h"
+#include "world/Windows.h"
 
 namespace xpsim {
 namespace {
@@ -285,6 +288,11 @@ double SimTime() { return state().frame / state().fps; }
 
 double FlightTime() { return state().flightTime; }
 
+void SetFlightTime(double seconds) {
+    state().flightTime = seconds;
+    UpdateTimeDataRefs();
+}
+
 // ------------------------------------------------------------------ calling context
 
 int CurrentPlugin() { return state().currentPlugin; }
@@ -305,6 +313,9 @@ PluginContext::~PluginContext() {
 
 void ResetWorld() {
     ResetScheduler();
+    ResetWindows();
+    ResetKeys();
+    ResetCommands();
     ResetMenus();
     ResetPlugins();
     ResetDataRefs();
@@ -329,6 +340,10 @@ void ForgetPlugin(int plugin) {
     };
     count(ForgetFlightLoopsOf(plugin), "flight loop", "flight loops");
     count(ForgetDrawCallbacksOf(plugin), "draw callback", "draw callbacks");
+    count(ForgetWindowsOf(plugin), "window", "windows");
+    count(ForgetKeySniffersOf(plugin), "key sniffer", "key sniffers");
+    count(ForgetHotKeysOf(plugin), "hot key", "hot keys");
+    count(ForgetCommandHandlersOf(plugin), "command handler", "command handlers");
     count(ForgetMenusOf(plugin), "menu", "menus");
     count(ForgetAccessorsOf(plugin), "data accessor", "data accessors");
     count(ForgetSharedDataOf(plugin), "shared data registration", "shared data registrations");

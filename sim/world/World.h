@@ -2,9 +2,10 @@
 // the log, simulated time and the "current plugin" calling context.
 //
 // Everything here runs on one thread, like the simulator's main thread. Plugins are called only from
-// the frame loop, from the host's lifecycle calls and from SDK functions that call back (menus,
-// messages, shared data notifications), always through PluginContext so that XPLMGetMyID and the
-// ownership of registrations are right.
+// the frame loop, from the host's lifecycle calls and input (menu picks, the mouse, keys, commands)
+// and from SDK functions that call back (messages, shared data notifications, commands, keyboard
+// focus), always through PluginContext so that XPLMGetMyID and the ownership of registrations are
+// right.
 #pragma once
 
 #include <cstddef>
@@ -81,6 +82,8 @@ XPSIM_API int FrameNumber();
 XPSIM_API double SimTime();
 // Flight time stops while sim/time/paused is non-zero.
 XPSIM_API double FlightTime();
+// Sets the flight time, as loading a situation does.
+void SetFlightTime(double seconds);
 
 // ------------------------------------------------------------------ calling context
 
@@ -103,10 +106,12 @@ private:
 
 // ------------------------------------------------------------------ whole world
 
-// Forgets everything (plugins, datarefs, menus, loops, log, time); used between tests.
+// Forgets everything (plugins, datarefs, windows, keys, commands, menus, loops, log, time); used
+// between tests.
 XPSIM_API void ResetWorld();
-// Removes every registration a plugin left behind (flight loops, draw callbacks, menus, accessors,
-// shared data, error callback), as the simulator does when it unloads a plugin.
+// Removes every registration a plugin left behind (flight loops, draw callbacks, windows, key
+// sniffers, hot keys, command handlers, menus, accessors, shared data, error callback), as the
+// simulator does when it unloads a plugin.
 XPSIM_API void ForgetPlugin(int plugin);
 
 }  // namespace xpsim

@@ -24,19 +24,30 @@ TEST(sim_EventsFile, ParsesEveryVerbAroundCommentsAndBlankLines) {
         "4.2 set sim/aircraft/view/acf_tailnum N#1 X\n"
         "4.5 message brindle.projects.corvelle 8000 7\r\n"
         "4.6 message x.y 0x8000000 -1\n"
-        "0.5 reload-plugins\n");
+        "0.5 reload-plugins\n"
+        "5 wheel 10 -20 -3\n"
+        "5.1 wheel 10 20 2 1\n"
+        "6 command-begin sim/view/chase\n"
+        "6.5 command-end sim/view/chase\n"
+        "7 key ctrl+shift+XPLM_VK_F1\n"
+        "7.1 key shift+3\n"
+        "7.2 key shift++\n"
+        "7.3 key a\n");
     std::vector<Event> events;
     std::string error;
     ASSERT_TRUE(xpsim::ParseEvents(in, events, error)) << error;
-    ASSERT_EQ(events.size(), 12u);
+    ASSERT_EQ(events.size(), 20u);
 
+    // Capitals are typed with shift, on the letter's key.
     EXPECT_EQ(events[0].verb, EventVerb::Key);
     EXPECT_DOUBLE_EQ(events[0].time, 1.5);
     EXPECT_EQ(events[0].line, 3);
-    EXPECT_EQ(events[0].keyCode, 'A');
-    EXPECT_FALSE(events[0].virtualKey);
-    EXPECT_EQ(events[1].keyCode, XPLM_VK_RETURN);
-    EXPECT_TRUE(events[1].virtualKey);
+    EXPECT_EQ(events[0].key.character, 'A');
+    EXPECT_EQ(events[0].key.virtualKey, XPLM_VK_A);
+    EXPECT_EQ(events[0].key.modifiers, xplm_ShiftFlag);
+    EXPECT_EQ(events[1].key.character, XPLM_KEY_RETURN);
+    EXPECT_EQ(events[1].key.virtualKey, XPLM_VK_RETURN);
+    EXPECT_EQ(events[1].key.modifiers, 0);
     EXPECT_EQ(events[1].source, "1.6 key XPLM_VK_RETURN");
 
     EXPECT_EQ(events[2].verb, EventVerb::Click);
@@ -69,16 +80,43 @@ TEST(sim_EventsFile, ParsesEveryVerbAroundCommentsAndBlankLines) {
     EXPECT_EQ(events[11].verb, EventVerb::ReloadPlugins);
     EXPECT_DOUBLE_EQ(events[11].time, 0.5);
     EXPECT_EQ(events[11].line, 14);
+
+    EXPECT_EQ(events[12].verb, EventVerb::Wheel);
+    EXPECT_EQ(events[12].y1, -20);
+    EXPECT_EQ(events[12].clicks, -3);
+    EXPECT_EQ(events[12].axis, 0);
+    EXPECT_EQ(events[13].axis, 1);
+    EXPECT_EQ(events[14].verb, EventVerb::CommandBegin);
+    EXPECT_EQ(events[14].text, "sim/view/chase");
+    EXPECT_EQ(events[15].verb, EventVerb::CommandEnd);
+    EXPECT_EQ(events[16].key.virtualKey, XPLM_VK_F1);
+    EXPECT_EQ(events[16].key.character, 0);
+    EXPECT_EQ(events[16].key.modifiers, xplm_ControlFlag | xplm_ShiftFlag);
+    EXPECT_EQ(events[17].key.character, '#');
+    EXPECT_EQ(events[17].key.virtualKey, XPLM_VK_3);
+    EXPECT_EQ(events[18].key.character, '+');
+    EXPECT_EQ(events[18].key.virtualKey, XPLM_VK_EQUAL);
+    EXPECT_EQ(events[18].key.modifiers, xplm_ShiftFlag);
+    EXPECT_EQ(events[19].key.character, 'a');
+    EXPECT_EQ(events[19].key.modifiers, 0);
 }
 
 TEST(sim_EventsFile, MalformedLinesAreErrorsNamingTheLine) {
     const std::pair<const char*, const char*> cases[] = {
-        {"1 jump", "line 3: unknown verb 'jump' (key, click, drag, menu, command, set, message, reload-plugins)"},
+        {"1 jump", "line 3: unknown verb 'jump' (key, click, drag, wheel, menu, command, command-begin, "
+                   "command-end, set, message, reload-plugins)"},
         {"soon key A", "line 3: 'soon' is not a time in seconds (a number from 0)"},
         {"-1 key A", "line 3: '-1' is not a time in seconds (a number from 0)"},
         {"2", "line 3: a time needs a verb after it"},
-        {"1 key", "line 3: key takes one key: a character or an XPLM_VK_ name"},
+        {"1 key", "line 3: key takes one key: modifiers joined by + (shift, ctrl, alt), then a character or "
+                  "an XPLM_VK_ name"},
         {"1 key XPLM_VK_NOPE", "line 3: unknown key 'XPLM_VK_NOPE' (a character or an XPLM_VK_ name)"},
+        {"1 key Shift+a", "line 3: unknown modifier 'Shift' (shift, ctrl, alt)"},
+        {"1 key ctrl+", "line 3: unknown key 'ctrl+' (a character or an XPLM_VK_ name)"},
+        {"1 wheel 1 2", "line 3: wheel takes a screen point, clicks and an optional axis: X Y CLICKS [AXIS]"},
+        {"1 wheel 1 2 3 2", "line 3: the wheel axis is 0 (vertical) or 1 (horizontal), not '2'"},
+        {"1 wheel 1 2 up", "line 3: wheel takes whole numbers, not '1 2 up'"},
+        {"1 command-end", "line 3: command-end takes one command name"},
         {"1 click 5", "line 3: click takes a screen point: X Y"},
         {"1 click 5 y", "line 3: click takes whole-number coordinates, not '5 y'"},
         {"1 drag 1 2 3", "line 3: drag takes two screen points: X1 Y1 X2 Y2"},

@@ -103,6 +103,9 @@ TEST(sim_Program, APluginLivesThroughFramesEventsAndAReload) {
                        "1.0 message xpsim.tests.probe 8000 7   # from the sim\n"
                        "1.2 set xpsim/tests/probe/shared 42\n"
                        "1.6 menu Plugins/Probe/Nope\n"
+                       "1.7 click 50 50\n"
+                       "1.7 key k\n"
+                       "1.8 command xpsim/tests/probe/hello\n"
                        "2.0 menu Plugins/Probe/Reload\n"
                        "2.5 message xpsim.tests.probe 0x10 -3\n"
                        "9 reload-plugins\n");
@@ -120,6 +123,12 @@ TEST(sim_Program, APluginLivesThroughFramesEventsAndAReload) {
                            "probe: message 8000 from 0 with 7\n"
                            "probe: loop 1 at 1.00 (since last call 1.00, counter 20)\n"
                            "probe: shared data changed to 42 in plugin 1\n"
+                           "probe: mouse 1 at 50,50 in plugin 1\n"
+                           "probe: mouse 3 at 50,50 in plugin 1\n"
+                           "probe: key k with flags 8\n"
+                           "probe: key k with flags 16\n"
+                           "probe: command phase 0\n"
+                           "probe: command phase 2\n"
                            "probe: menu Reload in plugin 1 with menu refcon probe-menu\n"
                            "probe: loop 2 at 2.00 (since last call 1.00, counter 40)\n"
                            "probe: disable\n"
@@ -139,7 +148,7 @@ TEST(sim_Program, APluginLivesThroughFramesEventsAndAReload) {
                        "probe: loop 2 at 2.00 (since last call 1.00, counter 40)\n"
                        "xpsim: reloading plugins at the end of frame 40\n"),
               std::string::npos);
-    EXPECT_NE(log.find("xpsim: events line 7: 9.00 s is after the end of the run; not applied\n"), std::string::npos);
+    EXPECT_NE(log.find("xpsim: events line 10: 9.00 s is after the end of the run; not applied\n"), std::string::npos);
 
     // Older simulators: no 2.10 functions at 2.00, no library to find at 1.02.
     const auto at200 = RunXpsim({"run", "--root", root, "--sdk", "2.00", "--frames", "1"});
@@ -149,4 +158,47 @@ TEST(sim_Program, APluginLivesThroughFramesEventsAndAReload) {
     const auto at102 = RunXpsim({"run", "--root", root, "--sdk", "1.02", "--frames", "1"});
     EXPECT_EQ(at102.out.rfind("probe: start as plugin 1\nprobe: no XPLM library in the plugins folder\n", 0), 0u)
         << at102.out;
+}
+
+TEST(sim_Program, TheEventsDriveKeysTheMouseAndCommands) {
+    const simtest::TempDir temp;
+    const std::string& dir = temp.path();
+    simtest::WriteFile(dir + "/events.txt",
+                       "0.1 key p\n"
+                       "0.2 click 10 10\n"
+                       "0.25 wheel 5 5 -1\n"
+                       "0.3 command-begin sim/view/chase\n"
+                       "0.4 command sim/none/none\n"
+                       "0.5 command-end sim/view/chase\n"
+                       "0.6 command-end sim/view/chase\n"
+                       "0.7 command-begin sim/none/none\n"
+                       "0.8 key shift+XPLM_VK_F1\n"
+                       "0.9 command sim/no/such\n");
+    const auto run = RunXpsim({"run", "--root", dir + "/root", "--seconds", "1", "--events", dir + "/events.txt"});
+    ASSERT_EQ(run.status, 0) << run.err;
+    const std::string log = ReadFile(dir + "/root/Log.txt");
+    EXPECT_NE(log.find("xpsim: 0.10 s (frame 2): 0.1 key p\n"
+                       "xpsim: the sim gets key 'p' (XPLM_VK_P, down): sim/operation/pause_toggle\n"
+                       "xpsim: sim/operation/pause_toggle: the sim is paused at frame 2\n"
+                       "xpsim: 0.20 s (frame 4): 0.2 click 10 10\n"
+                       "xpsim: mouse down at (10, 10) reaches the sim\n"
+                       "xpsim: 0.25 s (frame 5): 0.25 wheel 5 5 -1\n"
+                       "xpsim: mouse wheel at (5, 5) reaches the sim\n"
+                       "xpsim: 0.30 s (frame 6): 0.3 command-begin sim/view/chase\n"
+                       "xpsim: sim/view/chase: the view follows the aircraft from behind\n"
+                       "xpsim: 0.40 s (frame 8): 0.4 command sim/none/none\n"
+                       "xpsim: sim/none/none: nothing happens\n"
+                       "xpsim: 0.50 s (frame 10): 0.5 command-end sim/view/chase\n"
+                       "xpsim: 0.60 s (frame 12): 0.6 command-end sim/view/chase\n"
+                       "xpsim: events line 7: sim/view/chase is not held\n"
+                       "xpsim: 0.70 s (frame 14): 0.7 command-begin sim/none/none\n"
+                       "xpsim: sim/none/none: nothing happens\n"
+                       "xpsim: 0.80 s (frame 16): 0.8 key shift+XPLM_VK_F1\n"
+                       "xpsim: the sim gets key (XPLM_VK_F1, shift+down)\n"
+                       "xpsim: 0.90 s (frame 18): 0.9 command sim/no/such\n"
+                       "xpsim: events line 10: no command named sim/no/such\n"
+                       "xpsim: sim/none/none is still held at the end of the run\n"
+                       "xpsim: run complete: 20 frames, 1.00 s\n"),
+              std::string::npos)
+        << log;
 }

@@ -5,7 +5,9 @@
 // It probes the SDK level the way a plugin for several simulator versions does (opening
 // <system path>Resources/plugins/XPLM_64.so and asking XPLMFindSymbol), builds a menu
 // Plugins/Probe with the items "Hello" and "Reload", runs a flight loop every simulated second,
-// shares the int "xpsim/tests/probe/shared" and logs every message it receives.
+// shares the int "xpsim/tests/probe/shared" and logs every message it receives. A window at the
+// bottom left (0, 0 to 100, 100) takes keyboard focus when clicked and reports its clicks and keys;
+// the command "xpsim/tests/probe/hello" reports its phases.
 #include <dlfcn.h>
 
 #include <cstdint>
@@ -14,6 +16,7 @@
 #include <string>
 
 #include "XPLMDataAccess.h"
+#include "XPLMDisplay.h"
 #include "XPLMMenus.h"
 #include "XPLMPlugin.h"
 #include "XPLMProcessing.h"
@@ -22,9 +25,29 @@
 namespace {
 
 XPLMMenuID gMenu = nullptr;
+XPLMWindowID gWindow = nullptr;
+XPLMCommandRef gHello = nullptr;
 int gLoopCalls = 0;
 
 void Say(const std::string& text) { XPLMDebugString(("probe: " + text + "\n").c_str()); }
+
+void DrawWindow(XPLMWindowID, void*) {}
+
+int ClickWindow(XPLMWindowID window, int x, int y, XPLMMouseStatus status, void*) {
+    Say("mouse " + std::to_string(status) + " at " + std::to_string(x) + "," + std::to_string(y) + " in plugin " +
+        std::to_string(XPLMGetMyID()));
+    if (status == xplm_MouseDown) XPLMTakeKeyboardFocus(window);
+    return 1;
+}
+
+void KeyWindow(XPLMWindowID, char key, XPLMKeyFlags flags, char, void*, int losingFocus) {
+    if (!losingFocus) Say(std::string("key ") + key + " with flags " + std::to_string(flags));
+}
+
+int Hello(XPLMCommandRef, XPLMCommandPhase phase, void*) {
+    Say("command phase " + std::to_string(phase));
+    return 1;
+}
 
 float Loop(float sinceCall, float sinceLoop, int counter, void*) {
     ++gLoopCalls;
@@ -84,6 +107,9 @@ PLUGIN_API int XPluginStart(char* outName, char* outSignature, char* outDescript
     XPLMAppendMenuItem(gMenu, "Reload", const_cast<char*>("Reload"), 1);
     XPLMRegisterFlightLoopCallback(Loop, 1.0f, nullptr);
     XPLMShareData("xpsim/tests/probe/shared", xplmType_Int, SharedChanged, nullptr);
+    gWindow = XPLMCreateWindow(0, 100, 100, 0, 1, DrawWindow, KeyWindow, ClickWindow, nullptr);
+    gHello = XPLMCreateCommand("xpsim/tests/probe/hello", "Says hello.");
+    XPLMRegisterCommandHandler(gHello, Hello, 1, nullptr);
     return 1;
 }
 
@@ -91,6 +117,8 @@ PLUGIN_API void XPluginStop(void) {
     XPLMUnregisterFlightLoopCallback(Loop, nullptr);
     XPLMUnshareData("xpsim/tests/probe/shared", xplmType_Int, SharedChanged, nullptr);
     XPLMDestroyMenu(gMenu);
+    XPLMDestroyWindow(gWindow);
+    XPLMUnregisterCommandHandler(gHello, Hello, 1, nullptr);
     Say("stop after " + std::to_string(gLoopCalls) + " loops");
 }
 
