@@ -1,19 +1,27 @@
-// The script module XPLMDataAccess: finding data references and reading and writing them.
+// The script module XPLMDataAccess: finding data references and reading and writing them,
+// publishing a script's own data references (data accessors) and subscribing to shared data.
 //
 // Counts, offsets and maximums come from scripts. None of them ever makes the plugin read or write
 // outside one of its own buffers, and a negative offset, count or maximum is never handed to the
 // simulator: a read or write with one is reported as "Parameter Error" and returns 0.
 #include <Python.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cfloat>
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "BindingModules.h"
 #include "BindingSupport.h"
+#include "CV_ScriptTable.h"
+#include "CallbackDispatch.h"
+#include "CallbackRegistry.h"
+#include "Paths.h"
 #include "XPLMDataAccess.h"
 
 namespace {
@@ -394,6 +402,305 @@ PyObject* PY_XPLMSetDatab(PyObject* self, PyObject* args) {
     return PyLong_FromLong(1);
 }
 
+// ---------------------------------------------------------------- data accessors and shared data
+
+// A script's refcon as the integer word it is recorded as. False with the Python error set when
+// the object is not an integer.
+bool RefconWord(PyObject* object, void** refcon) {
+    *refcon = PyLong_AsVoidPtr(object);
+    return !(*refcon == nullptr && PyErr_Occurred());
+}
+
+// Takes a record out of its list without freeing it: at index when it is there, else wherever it is.
+void TakeOutOfList(CV_CallbackVector* list, _CallbackList* entry, int index) {
+    if (index >= 0 && static_cast<size_t>(index) < list->size() && (*list)[index] == entry) {
+        list->erase(list->begin() + index);
+        return;
+    }
+    auto it = std::find(list->begin(), list->end(), entry);
+    if (it != list->end()) list->erase(it);
+}
+
+// The twelve accessor lists in the order of XPLMRegisterDataAccessor's callables: get int, set int,
+// get float, set float, get double, set double, get int array, set int array, get float array,
+// set float array, get byte array, set byte array. Getters sit at even, setters at odd positions;
+// position / 2 is the slot in the read or write block.
+struct AccessorList {
+    CV_CallbackVector* list;
+    const char* name;  // as its size line shows it
+};
+const AccessorList kAccessorLists[12] = {
+    {&GetDataiCallbackList, "GetDataiCallbackList"},   {&SetDataiCallbackList, "SetDataiCallbackList"},
+    {&GetDatafCallbackList, "GetDatafCallbackList"},   {&SetDatafCallbackList, "SetDatafCallbackList"},
+    {&GetDatadCallbackList, "GetDatadCallbackList"},   {&SetDatadCallbackList, "SetDatadCallbackList"},
+    {&GetDataviCallbackList, "GetDataviCallbackList"}, {&SetDataviCallbackList, "SetDataviCallbackList"},
+    {&GetDatavfCallbackList, "GetDatavfCallbackList"}, {&SetDatavfCallbackList, "SetDatavfCallbackList"},
+    {&GetDatabCallbackList, "GetDatabCallbackList"},   {&SetDatabCallbackList, "SetDatabCallbackList"},
+};
+
+// The debug trace of the accessor functions: their detail lines and the sizes of the twelve lists.
+void TraceAccessorLists(const char* function, const std::string& details) {
+    const AccessorList* a = kAccessorLists;
+    CV_DebugCallbackTrace(function, details,
+                          {{a[0].name, a[0].list->size()},   {a[1].name, a[1].list->size()},
+                           {a[2].name, a[2].list->size()},   {a[3].name, a[3].list->size()},
+                           {a[4].name, a[4].list->size()},   {a[5].name, a[5].list->size()},
+                           {a[6].name, a[6].list->size()},   {a[7].name, a[7].list->size()},
+                           {a[8].name, a[8].list->size()},   {a[9].name, a[9].list->size()},
+                           {a[10].name, a[10].list->size()}, {a[11].name, a[11].list->size()}});
+}
+
+// What the simulator calls, and with which block, for as long as an accessor is registered.
+//
+// Unregistration removes records and blocks by the scripts' rules: records by script and data
+// reference (the first match, which after two registrations of one method is the other accessor's
+// record), blocks by the position where the last record was found (which may be another
+// accessor's block). The lists follow those rules exactly. What is taken out of a list is freed
+// only once no registered accessor can reach it any more; until then it waits in the detached
+// lists, so the simulator never calls through freed memory.
+struct LiveAccessor {
+    XPLMDataRef dataRef;
+    _CallbackList** readBlock;
+    _CallbackList** writeBlock;
+};
+std::vector<LiveAccessor> gLiveAccessors;
+std::vector<_CallbackList*> gDetachedAccessorRecords;
+std::vector<_CallbackList**> gDetachedAccessorBlocks;
+
+bool AccessorBlockIsLive(_CallbackList** block) {
+    for (const LiveAccessor& a : gLiveAccessors)
+        if (a.readBlock == block || a.writeBlock == block) return true;
+    return false;
+}
+
+bool AccessorRecordIsLive(const _CallbackList* entry) {
+    for (const LiveAccessor& a : gLiveAccessors)
+        for (int slot = 0; slot < CV_AccessorBlockSlots; ++slot)
+            if (a.readBlock[slot] == entry || a.writeBlock[slot] == entry) return true;
+    return false;
+}
+
+// Frees what was taken out of the lists and can no longer be reached by the simulator.
+void ReleaseDetachedAccessors() {
+    auto& records = gDetachedAccessorRecords;
+    for (size_t i = 0; i < records.size();) {
+        if (AccessorRecordIsLive(records[i])) {
+            ++i;
+            continue;
+        }
+        _CallbackList* entry = records[i];
+        records.erase(records.begin() + i);
+        CVTestTable->DeleteCallback(nullptr, entry, -1);
+    }
+    auto& blocks = gDetachedAccessorBlocks;
+    for (size_t i = 0; i < blocks.size();) {
+        if (AccessorBlockIsLive(blocks[i])) {
+            ++i;
+            continue;
+        }
+        delete[] blocks[i];
+        blocks.erase(blocks.begin() + i);
+    }
+}
+
+// Removes the block at the position the unregistration rule chose. A position past the list's end
+// (left by a record list that holds more records than there are blocks) falls back to the
+// accessor's own block, or the last one. Returns the block removed.
+_CallbackList** RemoveBlockAt(CV_BlockVector& list, int index, _CallbackList** ownBlock) {
+    size_t at = static_cast<size_t>(std::max(index, 0));
+    if (at >= list.size()) {
+        auto own = std::find(list.begin(), list.end(), ownBlock);
+        at = own != list.end() ? static_cast<size_t>(own - list.begin()) : list.size() - 1;
+    }
+    _CallbackList** block = list[at];
+    list.erase(list.begin() + static_cast<long>(at));
+    gDetachedAccessorBlocks.push_back(block);
+    return block;
+}
+
+PyObject* PY_XPLMRegisterDataAccessor(PyObject* self, PyObject* args) {
+    PyObject* scriptId = nullptr;
+    const char* dataName = nullptr;
+    int dataType = 0, isWritable = 0;
+    PyObject* callables[12] = {};
+    PyObject *readRefconObject = nullptr, *writeRefconObject = nullptr;
+    if (!PyArg_ParseTuple(args, "OsiiOOOOOOOOOOOOOO", &scriptId, &dataName, &dataType, &isWritable, &callables[0],
+                          &callables[1], &callables[2], &callables[3], &callables[4], &callables[5], &callables[6],
+                          &callables[7], &callables[8], &callables[9], &callables[10], &callables[11],
+                          &readRefconObject, &writeRefconObject))
+        return nullptr;
+    void *readRefcon = nullptr, *writeRefcon = nullptr;
+    if (!RefconWord(readRefconObject, &readRefcon) || !RefconWord(writeRefconObject, &writeRefcon)) return nullptr;
+
+    // Only bound methods are recorded; anything else (a plain function, None, 0) leaves the type
+    // without an accessor, whose trampoline then answers 0.
+    _CallbackList* entries[12] = {};
+    for (int i = 0; i < 12; ++i) {
+        if (Py_IS_TYPE(callables[i], &PyMethod_Type))
+            entries[i] = CVTestTable->AddCallback(kAccessorLists[i].list, scriptId, nullptr, callables[i],
+                                                  i % 2 == 0 ? readRefcon : writeRefcon);
+    }
+    _CallbackList** readBlock = new _CallbackList*[CV_AccessorBlockSlots]();
+    _CallbackList** writeBlock = new _CallbackList*[CV_AccessorBlockSlots]();
+    GetDataMemoryPointerList.push_back(readBlock);
+    SetDataMemoryPointerList.push_back(writeBlock);
+    for (int slot = 0; slot < CV_AccessorBlockSlots; ++slot) {
+        readBlock[slot] = entries[2 * slot];
+        writeBlock[slot] = entries[2 * slot + 1];
+    }
+
+    XPLMDataRef dataRef = nullptr;
+    CV_SDK_GUARD(kModule, "XPLMRegisterDataAccessor", Failure(),
+                 dataRef = XPLMRegisterDataAccessor(
+                     dataName, dataType, isWritable, CV_GetDatai_Callback, CV_SetDatai_Callback, CV_GetDataf_Callback,
+                     CV_SetDataf_Callback, CV_GetDatad_Callback, CV_SetDatad_Callback, CV_GetDatavi_Callback,
+                     CV_SetDatavi_Callback, CV_GetDatavf_Callback, CV_SetDatavf_Callback, CV_GetDatab_Callback,
+                     CV_SetDatab_Callback, readBlock, writeBlock));
+    if (dataRef != nullptr) gLiveAccessors.push_back({dataRef, readBlock, writeBlock});
+
+    for (int i = 0; i < 12; ++i)
+        if (entries[i] != nullptr) CVTestTable->UpdateCallback(kAccessorLists[i].list, scriptId, callables[i], dataRef);
+
+    if (gCV_DebugCallbacks)
+        TraceAccessorLists(
+            "XPLMRegisterDataAccessor",
+            CV_FormatText("pScriptId = %lx, inDataName = %s, inDataType = %d, inIsWritable = %d, inReadRefcon = %ld, "
+                          "inWriteRefcon = %ld, DataRef = %lx\n",
+                          CV_Hex(scriptId), dataName, dataType, isWritable, CV_Dec(readRefcon), CV_Dec(writeRefcon),
+                          CV_Hex(dataRef)) +
+                CV_FormatText("pDataAccessorGetCB = %lx\n", CV_Hex(readBlock)) +
+                CV_FormatText("pDataAccessorSetCB = %lx\n", CV_Hex(writeBlock)));
+    return PyLong_FromVoidPtr(dataRef);
+}
+
+PyObject* PY_XPLMUnregisterDataAccessor(PyObject* self, PyObject* args) {
+    const char* const function = "XPLMUnregisterDataAccessor";
+    PyObject *scriptId = nullptr, *handle = nullptr;
+    XPLMDataRef dataRef = nullptr;
+    if (!PyArg_ParseTuple(args, "OO", &scriptId, &handle) || !DataRefFromObject(handle, &dataRef)) return nullptr;
+
+    // One index for all twelve searches: a search that finds nothing leaves it as it was, so it ends
+    // as the position of the record found in the last list that held one.
+    int index = 0;
+    for (const AccessorList& a : kAccessorLists) {
+        int found = 0;
+        _CallbackList* entry = CVTestTable->FindCallback(*a.list, scriptId, dataRef, &found, &index);
+        if (!found) continue;
+        TakeOutOfList(a.list, entry, index);
+        gDetachedAccessorRecords.push_back(entry);
+    }
+
+    // The accessor's own blocks, for when the rule's position lies past the end of a block list.
+    _CallbackList **ownRead = nullptr, **ownWrite = nullptr;
+    for (const LiveAccessor& a : gLiveAccessors) {
+        if (a.dataRef != dataRef) continue;
+        ownRead = a.readBlock;
+        ownWrite = a.writeBlock;
+    }
+
+    try {
+        XPLMUnregisterDataAccessor(dataRef);
+    } catch (...) {
+        ReleaseDetachedAccessors();
+        PrintException(kModule, function, "Parameter Error");
+        return Failure();
+    }
+    // The simulator no longer calls this accessor's blocks.
+    gLiveAccessors.erase(std::remove_if(gLiveAccessors.begin(), gLiveAccessors.end(),
+                                        [&](const LiveAccessor& a) { return a.dataRef == dataRef; }),
+                         gLiveAccessors.end());
+
+    _CallbackList **removedRead = nullptr, **removedWrite = nullptr;
+    if (GetDataMemoryPointerList.empty())
+        PrintException(kModule, function, "GetData List Empty Error");
+    else
+        removedRead = RemoveBlockAt(GetDataMemoryPointerList, index, ownRead);
+    if (SetDataMemoryPointerList.empty())
+        PrintException(kModule, function, "GetData List Empty Error");
+    else
+        removedWrite = RemoveBlockAt(SetDataMemoryPointerList, index, ownWrite);
+    ReleaseDetachedAccessors();
+
+    if (gCV_DebugCallbacks) {
+        char scriptName[256];
+        CV_GetScriptNameForMessages(scriptId, scriptName);
+        TraceAccessorLists(function, CV_FormatText("pScriptId = %lx, Script Name = %s, inDataRef = %lx\n",
+                                                   CV_Hex(scriptId), scriptName, CV_Hex(dataRef)) +
+                                         CV_FormatText("pDataAccessorGetCB = %lx\n", CV_Hex(removedRead)) +
+                                         CV_FormatText("pDataAccessorSetCB = %lx\n", CV_Hex(removedWrite)));
+    }
+    return PyLong_FromLong(1);
+}
+
+// Shared data subscriptions the simulator accepted and still notifies. A record whose subscription
+// the simulator did not give up (an unshare with another name or type than the share) leaves the
+// list as the script asked but is never freed, since the simulator still calls with it.
+std::vector<_CallbackList*> gSharedDataHeld;
+
+PyObject* PY_XPLMShareData(PyObject* self, PyObject* args) {
+    PyObject *scriptId = nullptr, *callable = nullptr, *refconObject = nullptr;
+    const char* dataName = nullptr;
+    int dataType = 0;
+    if (!PyArg_ParseTuple(args, "OsiOO", &scriptId, &dataName, &dataType, &callable, &refconObject)) return nullptr;
+    void* refcon = nullptr;
+    if (!RefconWord(refconObject, &refcon)) return nullptr;
+
+    _CallbackList* entry = CVTestTable->AddCallback(&SharedDataCallbackList, scriptId, nullptr, callable, refcon);
+    int result = 0;
+    CV_SDK_GUARD(kModule, "XPLMShareData", Failure(),
+                 result = XPLMShareData(dataName, dataType, CV_SharedDataCallback, entry));
+    if (result) gSharedDataHeld.push_back(entry);
+
+    if (gCV_DebugCallbacks)
+        CV_DebugCallbackTrace("XPLMShareData",
+                              CV_FormatText("pScriptId = %lx, inDataName = %s, inDataType = %d, "
+                                            "inNotificationRefcon = %ld\n",
+                                            CV_Hex(scriptId), dataName, dataType, CV_Dec(refcon)),
+                              {{"SharedDataCallbackList", SharedDataCallbackList.size()}});
+    return PyLong_FromLong(result);
+}
+
+PyObject* PY_XPLMUnshareData(PyObject* self, PyObject* args) {
+    const char* const function = "XPLMUnshareData";
+    PyObject *scriptId = nullptr, *callable = nullptr, *refconObject = nullptr;
+    const char* dataName = nullptr;
+    int dataType = 0;
+    if (!PyArg_ParseTuple(args, "OsiOO", &scriptId, &dataName, &dataType, &callable, &refconObject)) return nullptr;
+    void* refcon = nullptr;
+    if (!RefconWord(refconObject, &refcon)) return nullptr;
+
+    char scriptName[256];
+    CV_GetScriptNameForMessages(scriptId, scriptName);
+    int found = 0, index = 0, result = 0;
+    _CallbackList* entry = CVTestTable->FindCallback(SharedDataCallbackList, scriptId, callable, refcon, &found, &index);
+    if (found) {
+        CV_SDK_GUARD(kModule, function, Failure(),
+                     result = XPLMUnshareData(dataName, dataType, CV_SharedDataCallback, entry));
+        auto held = std::find(gSharedDataHeld.begin(), gSharedDataHeld.end(), entry);
+        if (result && held != gSharedDataHeld.end()) {
+            gSharedDataHeld.erase(held);
+            held = gSharedDataHeld.end();
+        }
+        if (held == gSharedDataHeld.end())
+            CVTestTable->DeleteCallback(&SharedDataCallbackList, entry, index);
+        else
+            TakeOutOfList(&SharedDataCallbackList, entry, index);
+    } else {
+        PrintExceptionf(kModule, function,
+                        "Script '%s.py' was unregistering a callback and refcon that does not exist, check refcon "
+                        "matches the one that was used in registering.",
+                        scriptName);
+    }
+
+    if (gCV_DebugCallbacks)
+        CV_DebugCallbackTrace(function,
+                              CV_FormatText("pScriptId = %lx, Script Name = %s, inDataName = %s, inDataType = %d, "
+                                            "inNotificationRefcon = %ld\n",
+                                            CV_Hex(scriptId), scriptName, dataName, dataType, CV_Dec(refcon)),
+                              {{"SharedDataCallbackList", SharedDataCallbackList.size()}});
+    return PyLong_FromLong(result);
+}
+
 // ---------------------------------------------------------------- the module
 
 const CV_IntConstant XPLMDataAccessConstants[] = {
@@ -423,6 +730,10 @@ PyMethodDef XPLMDataAccessMethods[] = {
     {"XPLMSetDatavf", PY_XPLMSetDatavf, METH_VARARGS, "Set Float Array Dataref."},
     {"XPLMGetDatab", PY_XPLMGetDatab, METH_VARARGS, "Get Byte Array Dataref."},
     {"XPLMSetDatab", PY_XPLMSetDatab, METH_VARARGS, "Set Byte Array Dataref."},
+    {"XPLMRegisterDataAccessor", PY_XPLMRegisterDataAccessor, METH_VARARGS, "Register data accessor."},
+    {"XPLMUnregisterDataAccessor", PY_XPLMUnregisterDataAccessor, METH_VARARGS, "Unregister data accessor."},
+    {"XPLMShareData", PY_XPLMShareData, METH_VARARGS, "Share Data."},
+    {"XPLMUnshareData", PY_XPLMUnshareData, METH_VARARGS, "Unshare Data."},
     {nullptr, nullptr, 0, nullptr},
 };
 

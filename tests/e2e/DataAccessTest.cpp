@@ -87,15 +87,19 @@ TEST(DataAccess, FindDataRefHandlesTypesAndTheMethodTable) {
                               "method XPLMGetDatai Get Integer Dataref.\n"
                               "method XPLMGetDatavf Get Float Array Dataref.\n"
                               "method XPLMGetDatavi Get Integer Array Dataref.\n"
+                              "method XPLMRegisterDataAccessor Register data accessor.\n"
                               "method XPLMSetDatab Set Byte Array Dataref.\n"
                               "method XPLMSetDatad Set Double Dataref.\n"
                               "method XPLMSetDataf Set Float Dataref.\n"
                               "method XPLMSetDatai Set Integer Dataref.\n"
                               "method XPLMSetDatavf Set Float Array Dataref.\n"
                               "method XPLMSetDatavi Set Integer Array Dataref.\n"
+                              "method XPLMShareData Share Data.\n"
+                              "method XPLMUnregisterDataAccessor Unregister data accessor.\n"
+                              "method XPLMUnshareData Unshare Data.\n"
                               "start done\n"}))
         << out;
-    EXPECT_EQ(CountOf(out, "method "), 15u) << out;
+    EXPECT_EQ(CountOf(out, "method "), 19u) << out;
 
     // Every failed lookup is reported once, with the name; nothing else is reported.
     const std::string log = sim.log();
