@@ -1,10 +1,33 @@
-// The script module XPLMPlugin and its constants.
+// The script module XPLMPlugin: the simulator's plugins (finding, inspecting, enabling, messages)
+// and the SDK's features, which are kept per script. The simulator's features are listed once when
+// the module is created; XPLMEnableFeature records a script's wish in the script table instead of
+// switching the simulator, and the `_NP` functions apply the native-paths wish around each SDK call.
+#include "XPLMPlugin.h"
+
+#include <climits>
+#include <cstring>
+#include <iterator>
+#include <string>
+
 #include "BindingModules.h"
 #include "BindingSupport.h"
+#include "CV_ScriptTable.h"
+#include "CallbackDispatch.h"
+#include "CallbackRegistry.h"
+#include "LogFiles.h"
+#include "NativePaths.h"
+#include "Paths.h"
+#include "SdkDetect.h"
 
-#include <iterator>
+int CV_NativePathsFeatureId = -1;
 
 namespace {
+
+const char* const kModule = "XPLMPlugin";
+const char* const kNotSupported = "Not supported in SDK 1.02";
+const char* const kNativePaths = "XPLM_USE_NATIVE_PATHS";
+// The size of each text buffer handed to XPLMGetPluginInfo.
+const size_t kInfoBufferSize = 1024;
 
 // Installed in this order, each under its SDK name.
 const CV_IntConstant XPLMPluginConstants[] = {
@@ -19,7 +42,364 @@ const CV_IntConstant XPLMPluginConstants[] = {
     {"XPLM_MSG_LIVERY_LOADED", 108},
 };
 
+// Ids of the simulator's features, in the order it enumerates them, counted over every creation
+// of the module.
+int gCV_FeatureCounter = 0;
+
+PyObject* IntResult(long value) { return PyLong_FromLong(value); }
+
+// A text from the simulator as a str; bytes that are not UTF-8 are replaced.
+PyObject* TextResult(const char* text) {
+    if (text == nullptr) text = "";
+    return PyUnicode_DecodeUTF8(text, static_cast<Py_ssize_t>(strlen(text)), "replace");
+}
+
+// A script's refcon as the integer word it is recorded as. False with the Python error set when
+// the object is not an integer.
+bool RefconWord(PyObject* object, void** refcon) {
+    *refcon = PyLong_AsVoidPtr(object);
+    return !(*refcon == nullptr && PyErr_Occurred());
+}
+
+// An output argument: None (the SDK gets no buffer) or a list to receive the value. Anything else
+// raises TypeError.
+bool CheckOutputList(PyObject* object) {
+    if (object == Py_None || PyList_Check(object)) return true;
+    PyErr_SetString(PyExc_TypeError, "expected sequence");
+    return false;
+}
+
+// Puts a value into an output list: appended to an empty list, else stored as item 0. Takes the
+// new reference of `value` in every case. False with the Python error set on failure.
+bool StoreOutput(PyObject* list, PyObject* value) {
+    if (value == nullptr) return false;
+    if (list == Py_None) {
+        Py_DECREF(value);
+        return true;
+    }
+    if (PyList_GET_SIZE(list) == 0) {
+        int rc = PyList_Append(list, value);
+        Py_DECREF(value);
+        return rc == 0;
+    }
+    return PyList_SetItem(list, 0, value) == 0;  // steals the reference
+}
+
+// The feature collector handed to the simulator when the module is created.
+void CV_FeatureEnum(const char* inFeature, void* inRef) {
+    if (CVTestTable == nullptr || inFeature == nullptr) return;
+    CVTestTable->AddFeature(gCV_FeatureCounter, inFeature);
+    ++gCV_FeatureCounter;
+    CVTestTable->SetNumberOfFeatures(gCV_FeatureCounter);
+}
+
+// ---------------------------------------------------------------- plugins
+
+PyObject* PY_XPLMGetMyID(PyObject* self, PyObject* args) {
+    XPLMPluginID id = XPLM_NO_PLUGIN_ID;
+    CV_SDK_GUARD(kModule, "XPLMGetMyID", IntResult(0), id = XPLMGetMyID());
+    return IntResult(id);
+}
+
+PyObject* PY_XPLMCountPlugins(PyObject* self, PyObject* args) {
+    int count = 0;
+    CV_SDK_GUARD(kModule, "XPLMCountPlugins", IntResult(0), count = XPLMCountPlugins());
+    return IntResult(count);
+}
+
+PyObject* PY_XPLMGetNthPlugin(PyObject* self, PyObject* args) {
+    int index = 0;
+    if (!PyArg_ParseTuple(args, "i", &index)) return nullptr;
+    XPLMPluginID id = XPLM_NO_PLUGIN_ID;
+    CV_SDK_GUARD(kModule, "XPLMGetNthPlugin", IntResult(0), id = XPLMGetNthPlugin(index));
+    return IntResult(id);
+}
+
+PyObject* PY_XPLMFindPluginByPath(PyObject* self, PyObject* args) {
+    const char* path = nullptr;
+    if (!PyArg_ParseTuple(args, "s", &path)) return nullptr;
+    XPLMPluginID id = XPLM_NO_PLUGIN_ID;
+    CV_SDK_GUARD(kModule, "XPLMFindPluginByPath", IntResult(0), id = XPLMFindPluginByPath(path));
+    return IntResult(id);
+}
+
+PyObject* PY_XPLMFindPluginByPath_NP(PyObject* self, PyObject* args) {
+    PyObject* scriptId = nullptr;
+    const char* path = nullptr;
+    if (!PyArg_ParseTuple(args, "Os", &scriptId, &path)) return nullptr;
+    XPLMPluginID id = XPLM_NO_PLUGIN_ID;
+    try {
+        CV_NativePathsCall nativePaths(scriptId);
+        id = XPLMFindPluginByPath(path);
+    } catch (...) {
+        PrintException(kModule, "XPLMFindPluginByPath", "Parameter Error");
+        return IntResult(0);
+    }
+    return IntResult(id);
+}
+
+PyObject* PY_XPLMFindPluginBySignature(PyObject* self, PyObject* args) {
+    const char* signature = nullptr;
+    if (!PyArg_ParseTuple(args, "s", &signature)) return nullptr;
+    XPLMPluginID id = XPLM_NO_PLUGIN_ID;
+    CV_SDK_GUARD(kModule, "XPLMFindPluginBySignature", IntResult(0), id = XPLMFindPluginBySignature(signature));
+    return IntResult(id);
+}
+
+// XPLMGetPluginInfo and its native-path variant: `scriptId` is null for the plain function.
+PyObject* GetPluginInfo(PyObject* scriptId, int plugin, PyObject* outs[4]) {
+    for (int i = 0; i < 4; ++i)
+        if (!CheckOutputList(outs[i])) return nullptr;
+    char texts[4][kInfoBufferSize] = {};
+    char* buffers[4];
+    for (int i = 0; i < 4; ++i) buffers[i] = outs[i] == Py_None ? nullptr : texts[i];
+    try {
+        if (scriptId != nullptr) {
+            CV_NativePathsCall nativePaths(scriptId);
+            XPLMGetPluginInfo(plugin, buffers[0], buffers[1], buffers[2], buffers[3]);
+        } else {
+            XPLMGetPluginInfo(plugin, buffers[0], buffers[1], buffers[2], buffers[3]);
+        }
+    } catch (...) {
+        PrintException(kModule, "XPLMGetPluginInfo", "Parameter Error");
+        return IntResult(0);
+    }
+    for (int i = 0; i < 4; ++i) {
+        if (buffers[i] == nullptr) continue;
+        texts[i][kInfoBufferSize - 1] = '\0';
+        if (!StoreOutput(outs[i], TextResult(texts[i]))) return nullptr;
+    }
+    return IntResult(1);
+}
+
+PyObject* PY_XPLMGetPluginInfo(PyObject* self, PyObject* args) {
+    int plugin = 0;
+    PyObject* outs[4] = {nullptr, nullptr, nullptr, nullptr};
+    if (!PyArg_ParseTuple(args, "iOOOO", &plugin, &outs[0], &outs[1], &outs[2], &outs[3])) return nullptr;
+    return GetPluginInfo(nullptr, plugin, outs);
+}
+
+PyObject* PY_XPLMGetPluginInfo_NP(PyObject* self, PyObject* args) {
+    PyObject* scriptId = nullptr;
+    int plugin = 0;
+    PyObject* outs[4] = {nullptr, nullptr, nullptr, nullptr};
+    if (!PyArg_ParseTuple(args, "OiOOOO", &scriptId, &plugin, &outs[0], &outs[1], &outs[2], &outs[3]))
+        return nullptr;
+    return GetPluginInfo(scriptId, plugin, outs);
+}
+
+PyObject* PY_XPLMIsPluginEnabled(PyObject* self, PyObject* args) {
+    int plugin = 0;
+    if (!PyArg_ParseTuple(args, "i", &plugin)) return nullptr;
+    int enabled = 0;
+    CV_SDK_GUARD(kModule, "XPLMIsPluginEnabled", IntResult(0), enabled = XPLMIsPluginEnabled(plugin));
+    return IntResult(enabled);
+}
+
+PyObject* PY_XPLMEnablePlugin(PyObject* self, PyObject* args) {
+    int plugin = 0;
+    if (!PyArg_ParseTuple(args, "i", &plugin)) return nullptr;
+    int result = 0;
+    CV_SDK_GUARD(kModule, "XPLMEnablePlugin", IntResult(0), result = XPLMEnablePlugin(plugin));
+    return IntResult(result);
+}
+
+PyObject* PY_XPLMDisablePlugin(PyObject* self, PyObject* args) {
+    int plugin = 0;
+    if (!PyArg_ParseTuple(args, "i", &plugin)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPLMDisablePlugin", IntResult(0), XPLMDisablePlugin(plugin));
+    return IntResult(1);
+}
+
+PyObject* PY_XPLMReloadPlugins(PyObject* self, PyObject* args) {
+    try {
+        XPLMReloadPlugins();
+    } catch (...) {
+        PrintException(kModule, "XPLMReloadPlugins", "Function Error");
+        return IntResult(0);
+    }
+    return IntResult(1);
+}
+
+PyObject* PY_XPLMSendMessageToPlugin(PyObject* self, PyObject* args) {
+    int plugin = 0;
+    long message = 0;
+    PyObject* parameter = nullptr;
+    if (!PyArg_ParseTuple(args, "ilO", &plugin, &message, &parameter)) return nullptr;
+
+    // An int travels as a pointer-sized value, a text as a pointer to its bytes (valid for the
+    // length of the call, which is when the receiver reads it). Anything else, and a value that
+    // fits neither the message's int nor a pointer, is refused.
+    void* param = nullptr;
+    bool usable = true;
+    if (PyLong_Check(parameter)) {
+        param = PyLong_AsVoidPtr(parameter);
+        usable = !(param == nullptr && PyErr_Occurred());
+    } else if (PyUnicode_Check(parameter)) {
+        const char* text = PyUnicode_AsUTF8(parameter);
+        usable = text != nullptr;
+        param = const_cast<char*>(text);
+    } else if (PyBytes_Check(parameter)) {
+        param = PyBytes_AS_STRING(parameter);
+    } else if (PyByteArray_Check(parameter)) {
+        param = PyByteArray_AS_STRING(parameter);
+    } else {
+        usable = false;
+    }
+    if (message < INT_MIN || message > INT_MAX) usable = false;
+    if (!usable) {
+        PyErr_Clear();
+        PrintException(kModule, "XPLMSendMessageToPlugin", "Parameter Error");
+        return IntResult(0);
+    }
+    CV_SDK_GUARD(kModule, "XPLMSendMessageToPlugin", IntResult(0),
+                 XPLMSendMessageToPlugin(plugin, static_cast<int>(message), param));
+    return IntResult(1);
+}
+
+// ---------------------------------------------------------------- features
+
+PyObject* PY_XPLMHasFeature(PyObject* self, PyObject* args) {
+    if (XPLMHasFeature_ptr == nullptr) {
+        PrintException(kModule, "XPLMHasFeature", kNotSupported);
+        return IntResult(0);
+    }
+    const char* feature = nullptr;
+    if (!PyArg_ParseTuple(args, "s", &feature)) return nullptr;
+    int result = 0;
+    CV_SDK_GUARD(kModule, "XPLMHasFeature", IntResult(0), result = XPLMHasFeature_ptr(feature));
+    return IntResult(result);
+}
+
+PyObject* PY_XPLMIsFeatureEnabled(PyObject* self, PyObject* args) {
+    if (XPLMIsFeatureEnabled_ptr == nullptr) {
+        PrintException(kModule, "XPLMIsFeatureEnabled", kNotSupported);
+        return IntResult(0);
+    }
+    const char* feature = nullptr;
+    if (!PyArg_ParseTuple(args, "s", &feature)) return nullptr;
+    // The simulator's own state: the `_NP` functions leave native paths off between their calls.
+    int result = 0;
+    CV_SDK_GUARD(kModule, "XPLMIsFeatureEnabled", IntResult(0), result = XPLMIsFeatureEnabled_ptr(feature));
+    return IntResult(result);
+}
+
+// The separator line around the usage help of a changed call: 115 dashes.
+void WriteSeparator() { CV_WriteToLog((std::string(115, '-') + "\n").c_str()); }
+
+PyObject* PY_XPLMEnableFeature(PyObject* self, PyObject* args) {
+    if (XPLMEnableFeature_ptr == nullptr) {
+        PrintException(kModule, "XPLMEnableFeature", kNotSupported);
+        return IntResult(0);
+    }
+    PyObject* scriptId = nullptr;
+    const char* feature = nullptr;
+    int enable = 0;
+    if (!PyArg_ParseTuple(args, "Osi", &scriptId, &feature, &enable)) {
+        // Scripts written for the SDK's two-argument form land here; the parse error still reaches them.
+        WriteSeparator();
+        PrintException(kModule, "XPLMEnableFeature", "Wrong number of parameters Error");
+        WriteSeparator();
+        CV_WriteToLog(
+            "This has changed from Version 2.0.0.1 as it has to handle native paths on a per script basis.\n");
+        CV_WriteToLog("Usage Syntax :- XPLMEnableFeature(self, inFeature, inEnable)\n");
+        CV_WriteToLog("Usage Example :- XPLMEnableFeature(self, \"XPLM_WANTS_REFLECTIONS\", 1)\n");
+        CV_WriteToLog("Usage Example :- XPLMEnableFeature(self, \"XPLM_USE_NATIVE_PATHS\", 1)\n");
+        WriteSeparator();
+        return nullptr;
+    }
+    const int featureId = CVTestTable->GetFeatureIdFromFeatureName(feature);
+    if (featureId < 0) {
+        PrintExceptionf(kModule, "XPLMEnableFeature", "Feature [%s] not supported", feature);
+        return IntResult(0);
+    }
+    // Only the script's wish is recorded; the simulator's switch is set around each `_NP` call.
+    CVTestTable->SetFeatureEnable(scriptId, featureId, enable);
+    return IntResult(1);
+}
+
+PyObject* PY_XPLMEnumerateFeatures(PyObject* self, PyObject* args) {
+    if (XPLMEnumerateFeatures_ptr == nullptr) {
+        PrintException(kModule, "XPLMEnumerateFeatures", kNotSupported);
+        return IntResult(0);
+    }
+    PyObject *scriptId = nullptr, *callable = nullptr, *refconObject = nullptr;
+    if (!PyArg_ParseTuple(args, "OOO", &scriptId, &callable, &refconObject)) return nullptr;
+    void* refcon = nullptr;
+    if (!RefconWord(refconObject, &refcon)) return nullptr;
+
+    int found = 0, index = 0;
+    CVTestTable->FindCallback(FeatureEnumeratorCallbackList, scriptId, callable, refcon, &found, &index);
+    // One enumeration per (method, refcon): a repeated call finds the record and does nothing.
+    if (Py_IS_TYPE(callable, &PyMethod_Type) && !found) {
+        _CallbackList* entry =
+            CVTestTable->AddCallback(&FeatureEnumeratorCallbackList, scriptId, nullptr, callable, refcon);
+        // The simulator calls the script once per feature before this call returns.
+        try {
+            XPLMEnumerateFeatures_ptr(CV_FeatureEnumeratorCallback, entry);
+        } catch (...) {
+            CVTestTable->DeleteCallback(&FeatureEnumeratorCallbackList, entry, -1);
+            PrintException(kModule, "XPLMEnumerateFeatures", "Parameter Error");
+            return IntResult(0);
+        }
+    }
+
+    if (gCV_DebugCallbacks)
+        CV_DebugCallbackTrace("XPLMEnumerateFeatures",
+                              CV_FormatText("pScriptId = %lx, inRefcon = %ld\n", CV_Hex(scriptId), CV_Dec(refcon)),
+                              {{"FeatureEnumeratorCallbackList", FeatureEnumeratorCallbackList.size()}});
+    return IntResult(1);
+}
+
+PyObject* PY_CV_RemoveEnumerateFeatures(PyObject* self, PyObject* args) {
+    PyObject *scriptId = nullptr, *callable = nullptr, *refconObject = nullptr;
+    if (!PyArg_ParseTuple(args, "OOO", &scriptId, &callable, &refconObject)) return nullptr;
+    void* refcon = nullptr;
+    if (!RefconWord(refconObject, &refcon)) return nullptr;
+
+    char scriptName[256];
+    CV_GetScriptNameForMessages(scriptId, scriptName);
+    if (Py_IS_TYPE(callable, &PyMethod_Type)) {
+        int found = 0, index = 0;
+        _CallbackList* entry =
+            CVTestTable->FindCallback(FeatureEnumeratorCallbackList, scriptId, callable, refcon, &found, &index);
+        if (found) {
+            CVTestTable->DeleteCallback(&FeatureEnumeratorCallbackList, entry, index);
+        } else {
+            PrintExceptionf(kModule, "CV_RemoveEnumerateFeatures",
+                            "Script '%s.py' was unregistering a callback and refcon that does not exist, check refcon "
+                            "matches the one that was used in registering.",
+                            scriptName);
+        }
+    }
+
+    if (gCV_DebugCallbacks)
+        CV_DebugCallbackTrace("CV_RemoveEnumerateFeatures",
+                              CV_FormatText("pScriptId = %lx, Script Name = %s, inRefcon = %ld\n", CV_Hex(scriptId),
+                                            scriptName, CV_Dec(refcon)),
+                              {{"FeatureEnumeratorCallbackList", FeatureEnumeratorCallbackList.size()}});
+    return IntResult(1);
+}
+
 PyMethodDef XPLMPluginMethods[] = {
+    {"XPLMGetMyID", PY_XPLMGetMyID, METH_VARARGS, "Get plugin ID."},
+    {"XPLMCountPlugins", PY_XPLMCountPlugins, METH_VARARGS, "Count the number of plugins."},
+    {"XPLMGetNthPlugin", PY_XPLMGetNthPlugin, METH_VARARGS, "Get the Nth plugins."},
+    {"XPLMFindPluginByPath", PY_XPLMFindPluginByPath, METH_VARARGS, "Find plugin by path."},
+    {"XPLMFindPluginByPath_NP", PY_XPLMFindPluginByPath_NP, METH_VARARGS, "Find plugin by path using Native Paths."},
+    {"XPLMFindPluginBySignature", PY_XPLMFindPluginBySignature, METH_VARARGS, "Find plugin by signature."},
+    {"XPLMGetPluginInfo", PY_XPLMGetPluginInfo, METH_VARARGS, "Get plugin info."},
+    {"XPLMGetPluginInfo_NP", PY_XPLMGetPluginInfo_NP, METH_VARARGS, "Get plugin info using Native Paths."},
+    {"XPLMIsPluginEnabled", PY_XPLMIsPluginEnabled, METH_VARARGS, "Is the plugin enabled."},
+    {"XPLMEnablePlugin", PY_XPLMEnablePlugin, METH_VARARGS, "Enable the plugin."},
+    {"XPLMDisablePlugin", PY_XPLMDisablePlugin, METH_VARARGS, "Disable the plugin."},
+    {"XPLMReloadPlugins", PY_XPLMReloadPlugins, METH_VARARGS, "Extract File and Path."},
+    {"XPLMSendMessageToPlugin", PY_XPLMSendMessageToPlugin, METH_VARARGS, "Send message to a plugin."},
+    {"XPLMHasFeature", PY_XPLMHasFeature, METH_VARARGS, "Has the feature."},
+    {"XPLMIsFeatureEnabled", PY_XPLMIsFeatureEnabled, METH_VARARGS, "Is the Feature enabled."},
+    {"XPLMEnableFeature", PY_XPLMEnableFeature, METH_VARARGS, "Enable the Feature."},
+    {"XPLMEnumerateFeatures", PY_XPLMEnumerateFeatures, METH_VARARGS, "Enumerate Features."},
+    {"CV_RemoveEnumerateFeatures", PY_CV_RemoveEnumerateFeatures, METH_VARARGS, "Remove Enumerate Features."},
     {nullptr, nullptr, 0, nullptr},
 };
 
@@ -27,6 +407,42 @@ PyModuleDef XPLMPluginModule = {PyModuleDef_HEAD_INIT, "XPLMPlugin", nullptr, -1
 
 }  // namespace
 
+CV_NativePathsCall::CV_NativePathsCall(PyObject* scriptId) {
+    if (XPLMEnableFeature_ptr == nullptr || CV_NativePathsFeatureId < 0 || CVTestTable == nullptr) return;
+    const int wish = CVTestTable->IsFeatureEnabled(scriptId, CV_NativePathsFeatureId);
+    try {
+        XPLMEnableFeature_ptr(kNativePaths, wish);
+    } catch (...) {
+        // No destructor runs for an object whose constructor throws: leave the feature off here.
+        try {
+            XPLMEnableFeature_ptr(kNativePaths, 0);
+        } catch (...) {
+        }
+        throw;
+    }
+    switched_ = true;
+}
+
+CV_NativePathsCall::~CV_NativePathsCall() {
+    if (!switched_) return;
+    try {
+        XPLMEnableFeature_ptr(kNativePaths, 0);
+    } catch (...) {
+        PrintException(kModule, "XPLMEnableFeature", "Parameter Error");
+    }
+}
+
 PyObject* initXPLMPlugin() {
-    return CV_CreateModule(&XPLMPluginModule, XPLMPluginConstants, std::size(XPLMPluginConstants));
+    PyObject* module = CV_CreateModule(&XPLMPluginModule, XPLMPluginConstants, std::size(XPLMPluginConstants));
+    // The simulator's features, listed once per creation of the module, before any script loads,
+    // so that every script entry gets one switch per feature.
+    if (XPLMEnumerateFeatures_ptr != nullptr && CVTestTable != nullptr) {
+        try {
+            XPLMEnumerateFeatures_ptr(CV_FeatureEnum, nullptr);
+        } catch (...) {
+            PrintException(kModule, "XPLMEnumerateFeatures", "Parameter Error");
+        }
+    }
+    CV_NativePathsFeatureId = CVTestTable ? CVTestTable->GetFeatureIdFromFeatureName(kNativePaths) : -1;
+    return module;
 }

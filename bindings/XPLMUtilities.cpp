@@ -1,10 +1,36 @@
-// The script module XPLMUtilities and its constants.
+// The script module XPLMUtilities: speech, key and button commands, paths and directory listings
+// (each also in a native-path variant, `_NP`), versions and language, the simulator's log, error
+// callbacks, symbols, data files, and the command system. Command handlers and error callbacks are
+// recorded in CommandCallbackList and ErrorCallbackList; the simulator knows only the plugin's own
+// error callback, which relays every error to every script's callback.
+#include "XPLMUtilities.h"
+
+#include <climits>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
 #include "BindingModules.h"
 #include "BindingSupport.h"
-
-#include <iterator>
+#include "CV_ScriptTable.h"
+#include "CallbackDispatch.h"
+#include "CallbackRegistry.h"
+#include "NativePaths.h"
+#include "Paths.h"
+#include "SdkDetect.h"
 
 namespace {
+
+const char* const kModule = "XPLMUtilities";
+const char* const kNotSupported = "Not supported in SDK 1.02";
+// The size of the buffers handed to XPLMGetSystemPath and XPLMGetPrefsPath.
+const size_t kPathBufferSize = 1024;
+// Limits on what a script may ask XPLMGetDirectoryContents to allocate.
+const long kMaxFileNameBufSize = 16L * 1024 * 1024;
+const long kMaxIndexCount = 1024L * 1024;
 
 // Installed in this order, each under its SDK name.
 const CV_IntConstant XPLMUtilitiesConstants[] = {
@@ -226,13 +252,620 @@ const CV_IntConstant XPLMUtilitiesConstants[] = {
     {"xplm_CommandEnd", 2},
 };
 
+PyObject* IntResult(long value) { return PyLong_FromLong(value); }
+
+// A text from the simulator as a str; bytes that are not UTF-8 are replaced.
+PyObject* TextResult(const char* text, size_t length) {
+    return PyUnicode_DecodeUTF8(text, static_cast<Py_ssize_t>(length), "replace");
+}
+PyObject* TextResult(const char* text) { return text ? TextResult(text, strlen(text)) : TextResult("", 0); }
+PyObject* TextResult(const std::string& text) { return TextResult(text.data(), text.size()); }
+
+PyObject* EmptyText() { return TextResult("", 0); }
+PyObject* TwoEmptyTexts() { return Py_BuildValue("(ss)", "", ""); }
+
+// A script's refcon or a handle as the integer word it stands for. False with the Python error set
+// when the object is not an integer.
+bool PointerWord(PyObject* object, void** word) {
+    *word = PyLong_AsVoidPtr(object);
+    return !(*word == nullptr && PyErr_Occurred());
+}
+
+// An output argument: None (the SDK gets no pointer) or a list to receive the value. Anything else
+// raises TypeError.
+bool CheckOutputList(PyObject* object) {
+    if (object == Py_None || PyList_Check(object)) return true;
+    PyErr_SetString(PyExc_TypeError, "expected sequence");
+    return false;
+}
+
+// Puts a value into an output list: appended to an empty list, else stored as item 0. Takes the
+// new reference of `value` in every case. False with the Python error set on failure.
+bool StoreOutput(PyObject* list, PyObject* value) {
+    if (value == nullptr) return false;
+    if (list == Py_None) {
+        Py_DECREF(value);
+        return true;
+    }
+    if (PyList_GET_SIZE(list) == 0) {
+        int rc = PyList_Append(list, value);
+        Py_DECREF(value);
+        return rc == 0;
+    }
+    return PyList_SetItem(list, 0, value) == 0;  // steals the reference
+}
+
+// Appends a new value to a list; takes the reference of `value`.
+bool AppendOutput(PyObject* list, PyObject* value) {
+    if (value == nullptr) return false;
+    int rc = PyList_Append(list, value);
+    Py_DECREF(value);
+    return rc == 0;
+}
+
+// The functions of SDK 2.00 are reached through the pointers found at start; where the simulator
+// lacks one, the binding says so before it even looks at its arguments.
+#define CV_REQUIRE_SDK200(function)                          \
+    if (function##_ptr == nullptr) {                         \
+        PrintException(kModule, #function, kNotSupported);   \
+        return IntResult(0);                                 \
+    }
+
+// ---------------------------------------------------------------- speech, keys and buttons
+
+PyObject* PY_XPLMSpeakString(PyObject* self, PyObject* args) {
+    const char* text = nullptr;
+    if (!PyArg_ParseTuple(args, "s", &text)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPLMSpeakString", IntResult(0), XPLMSpeakString(text));
+    return IntResult(1);
+}
+
+PyObject* PY_XPLMCommandKeyStroke(PyObject* self, PyObject* args) {
+    int key = 0;
+    if (!PyArg_ParseTuple(args, "i", &key)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPLMCommandKeyStroke", IntResult(0), XPLMCommandKeyStroke(key));
+    return IntResult(1);
+}
+
+PyObject* PY_XPLMCommandButtonPress(PyObject* self, PyObject* args) {
+    int button = 0;
+    if (!PyArg_ParseTuple(args, "i", &button)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPLMCommandButtonPress", IntResult(0), XPLMCommandButtonPress(button));
+    return IntResult(1);
+}
+
+PyObject* PY_XPLMCommandButtonRelease(PyObject* self, PyObject* args) {
+    int button = 0;
+    if (!PyArg_ParseTuple(args, "i", &button)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPLMCommandButtonRelease", IntResult(0), XPLMCommandButtonRelease(button));
+    return IntResult(1);
+}
+
+PyObject* PY_XPLMGetVirtualKeyDescription(PyObject* self, PyObject* args) {
+    unsigned char virtualKey = 0;
+    if (!PyArg_ParseTuple(args, "b", &virtualKey)) return nullptr;
+    const char* description = nullptr;
+    CV_SDK_GUARD(kModule, "XPLMGetVirtualKeyDescription", EmptyText(),
+                 description = XPLMGetVirtualKeyDescription(static_cast<char>(virtualKey)));
+    return TextResult(description);
+}
+
+PyObject* PY_XPLMReloadScenery(PyObject* self, PyObject* args) {
+    try {
+        XPLMReloadScenery();
+    } catch (...) {
+        PrintException(kModule, "XPLMReloadScenery", "Function Error");
+        return IntResult(0);
+    }
+    return IntResult(1);
+}
+
+// ---------------------------------------------------------------- paths
+
+// A path from the simulator in the form Python opens: colon paths become "/Volumes/..." paths.
+std::string PosixForm(const char* simPath, char separator) {
+    std::vector<char> converted(strlen(simPath) + 16);
+    if (CV_ConvertPathUsing(simPath, separator, converted.data(), static_cast<int>(converted.size())) != 0)
+        return simPath;
+    return converted.data();
+}
+
+typedef void (*PathGetter)(char*);
+
+// XPLMGetSystemPath and XPLMGetPrefsPath: the plain functions give the POSIX form, the native-path
+// variants (scriptId not null) what the simulator gave.
+PyObject* GetPath(const char* function, PathGetter getter, PyObject* scriptId) {
+    char buffer[kPathBufferSize] = {};
+    char separator = '/';
+    try {
+        if (scriptId != nullptr) {
+            CV_NativePathsCall nativePaths(scriptId);
+            getter(buffer);
+        } else {
+            getter(buffer);
+            separator = CV_Separator();
+        }
+    } catch (...) {
+        PrintException(kModule, function, "Parameter Error");
+        return EmptyText();
+    }
+    buffer[kPathBufferSize - 1] = '\0';
+    if (scriptId != nullptr) return TextResult(buffer);
+    return TextResult(PosixForm(buffer, separator));
+}
+
+PyObject* PY_XPLMGetSystemPath(PyObject* self, PyObject* args) {
+    return GetPath("XPLMGetSystemPath", XPLMGetSystemPath, nullptr);
+}
+
+PyObject* PY_XPLMGetPrefsPath(PyObject* self, PyObject* args) {
+    return GetPath("XPLMGetPrefsPath", XPLMGetPrefsPath, nullptr);
+}
+
+PyObject* PY_XPLMGetSystemPath_NP(PyObject* self, PyObject* args) {
+    PyObject* scriptId = nullptr;
+    if (!PyArg_ParseTuple(args, "O", &scriptId)) return nullptr;
+    return GetPath("XPLMGetSystemPath", XPLMGetSystemPath, scriptId);
+}
+
+PyObject* PY_XPLMGetPrefsPath_NP(PyObject* self, PyObject* args) {
+    PyObject* scriptId = nullptr;
+    if (!PyArg_ParseTuple(args, "O", &scriptId)) return nullptr;
+    return GetPath("XPLMGetPrefsPath", XPLMGetPrefsPath, scriptId);
+}
+
+PyObject* PY_XPLMGetDirectorySeparator(PyObject* self, PyObject* args) {
+    const char* separator = nullptr;
+    CV_SDK_GUARD(kModule, "XPLMGetDirectorySeparator", EmptyText(), separator = XPLMGetDirectorySeparator());
+    return TextResult(separator);
+}
+
+PyObject* PY_XPLMGetDirectorySeparator_NP(PyObject* self, PyObject* args) {
+    PyObject* scriptId = nullptr;
+    if (!PyArg_ParseTuple(args, "O", &scriptId)) return nullptr;
+    const char* separator = nullptr;
+    try {
+        CV_NativePathsCall nativePaths(scriptId);
+        separator = XPLMGetDirectorySeparator();
+    } catch (...) {
+        PrintException(kModule, "XPLMGetDirectorySeparator", "Parameter Error");
+        return EmptyText();
+    }
+    return TextResult(separator);
+}
+
+// XPLMExtractFileAndPath and its native-path variant (scriptId not null). The SDK splits a copy of
+// the script's path: it returns the file part and cuts the copy to the folder part. The plain
+// function hands the simulator the path in its own form; the folder part comes back in that form.
+PyObject* ExtractFileAndPath(const char* fullPath, PyObject* scriptId) {
+    std::string path = fullPath;
+    std::vector<char> buffer;
+    const char* file = nullptr;
+    try {
+        if (scriptId != nullptr) {
+            buffer.assign(path.begin(), path.end());
+            buffer.push_back('\0');
+            CV_NativePathsCall nativePaths(scriptId);
+            file = XPLMExtractFileAndPath(buffer.data());
+        } else {
+            path = CV_PathToSimForm(path, CV_Separator());
+            buffer.assign(path.begin(), path.end());
+            buffer.push_back('\0');
+            file = XPLMExtractFileAndPath(buffer.data());
+        }
+    } catch (...) {
+        PrintException(kModule, "XPLMExtractFileAndPath", "Parameter Error");
+        return TwoEmptyTexts();
+    }
+    buffer.back() = '\0';
+    return Py_BuildValue("(NN)", TextResult(file), TextResult(buffer.data()));
+}
+
+PyObject* PY_XPLMExtractFileAndPath(PyObject* self, PyObject* args) {
+    const char* fullPath = nullptr;
+    if (!PyArg_ParseTuple(args, "s", &fullPath)) return nullptr;
+    return ExtractFileAndPath(fullPath, nullptr);
+}
+
+PyObject* PY_XPLMExtractFileAndPath_NP(PyObject* self, PyObject* args) {
+    PyObject* scriptId = nullptr;
+    const char* fullPath = nullptr;
+    if (!PyArg_ParseTuple(args, "Os", &scriptId, &fullPath)) return nullptr;
+    return ExtractFileAndPath(fullPath, scriptId);
+}
+
+// XPLMGetDirectoryContents and its native-path variant, whose arguments start with the script id.
+PyObject* GetDirectoryContents(PyObject* args, bool nativePaths) {
+    const char* function = "XPLMGetDirectoryContents";
+    const char* folder = nullptr;
+    long firstReturn = 0, nameBufSize = 0, indexCount = 0;
+    PyObject *scriptId = nullptr, *outNames = nullptr, *outIndices = nullptr, *outTotal = nullptr,
+             *outReturned = nullptr;
+    if (!nativePaths) {
+        if (!PyArg_ParseTuple(args, "slOlOlOO", &folder, &firstReturn, &outNames, &nameBufSize, &outIndices,
+                              &indexCount, &outTotal, &outReturned))
+            return nullptr;
+    } else if (!PyArg_ParseTuple(args, "OslOlOlOO", &scriptId, &folder, &firstReturn, &outNames, &nameBufSize,
+                                 &outIndices, &indexCount, &outTotal, &outReturned)) {
+        return nullptr;
+    }
+    for (PyObject* out : {outNames, outIndices, outTotal, outReturned})
+        if (!CheckOutputList(out)) return nullptr;
+
+    // What the script asks for is allocated here, so it is bounded here.
+    if (firstReturn < 0 || firstReturn > INT_MAX) {
+        PrintExceptionf(kModule, function, "inFirstReturn %ld is outside 0 to %d", firstReturn, INT_MAX);
+        return Py_BuildValue("(i)", 0);
+    }
+    if (nameBufSize < 0 || nameBufSize > kMaxFileNameBufSize) {
+        PrintExceptionf(kModule, function, "inFileNameBufSize %ld is outside 0 to %ld", nameBufSize,
+                        kMaxFileNameBufSize);
+        return Py_BuildValue("(i)", 0);
+    }
+    if (indexCount < 0 || indexCount > kMaxIndexCount) {
+        PrintExceptionf(kModule, function, "inIndexCount %ld is outside 0 to %ld", indexCount, kMaxIndexCount);
+        return Py_BuildValue("(i)", 0);
+    }
+
+    // One byte more than the SDK is told, so the names always end inside the buffer; one index
+    // entry (a pointer) per index the script asked for.
+    std::vector<char> names(static_cast<size_t>(nameBufSize) + 1, '\0');
+    std::vector<char*> indices(static_cast<size_t>(indexCount), nullptr);
+    int total = 0, returned = 0;
+    int* totalPointer = outTotal == Py_None ? nullptr : &total;
+    int* returnedPointer = outReturned == Py_None ? nullptr : &returned;
+    int result = 0;
+    try {
+        if (nativePaths) {
+            CV_NativePathsCall nativePathsCall(scriptId);
+            result = XPLMGetDirectoryContents(folder, static_cast<int>(firstReturn), names.data(),
+                                              static_cast<int>(nameBufSize), indices.empty() ? nullptr : indices.data(),
+                                              static_cast<int>(indexCount), totalPointer, returnedPointer);
+        } else {
+            result = XPLMGetDirectoryContents(folder, static_cast<int>(firstReturn), names.data(),
+                                              static_cast<int>(nameBufSize), indices.empty() ? nullptr : indices.data(),
+                                              static_cast<int>(indexCount), totalPointer, returnedPointer);
+        }
+    } catch (...) {
+        PrintException(kModule, function, "Parameter Error");
+        return IntResult(0);
+    }
+    names.back() = '\0';
+
+    // outFileNames gets the buffer as one text, so only its first name; outIndices every name
+    // returned. Without outReturnedFiles the number returned is unknown, and taken as none.
+    if (outNames != Py_None && !AppendOutput(outNames, TextResult(names.data()))) return nullptr;
+    if (outIndices != Py_None) {
+        for (const std::string& name :
+             CV_NamesFromIndices(names.data(), names.size(), indices.data(), static_cast<int>(indices.size()),
+                                 returnedPointer ? returned : 0))
+            if (!AppendOutput(outIndices, TextResult(name))) return nullptr;
+    }
+    if (!StoreOutput(outTotal, IntResult(total)) || !StoreOutput(outReturned, IntResult(returned))) return nullptr;
+    return Py_BuildValue("(i)", result);
+}
+
+PyObject* PY_XPLMGetDirectoryContents(PyObject* self, PyObject* args) { return GetDirectoryContents(args, false); }
+
+PyObject* PY_XPLMGetDirectoryContents_NP(PyObject* self, PyObject* args) { return GetDirectoryContents(args, true); }
+
+// ---------------------------------------------------------------- versions, language, log
+
+PyObject* PY_XPLMInitialized(PyObject* self, PyObject* args) {
+    int initialized = 0;
+    CV_SDK_GUARD(kModule, "XPLMInitialized", IntResult(0), initialized = XPLMInitialized());
+    return IntResult(initialized);
+}
+
+PyObject* PY_XPLMGetVersions(PyObject* self, PyObject* args) {
+    int xplaneVersion = 0, xplmVersion = 0;
+    XPLMHostApplicationID host = xplm_Host_Unknown;
+    CV_SDK_GUARD(kModule, "XPLMGetVersions", Py_BuildValue("(iii)", 0, 0, 0),
+                 XPLMGetVersions(&xplaneVersion, &xplmVersion, &host));
+    return Py_BuildValue("(iii)", xplaneVersion, xplmVersion, host);
+}
+
+PyObject* PY_XPLMGetLanguage(PyObject* self, PyObject* args) {
+    XPLMLanguageCode language = xplm_Language_Unknown;
+    CV_SDK_GUARD(kModule, "XPLMGetLanguage", IntResult(0), language = XPLMGetLanguage());
+    return IntResult(language);
+}
+
+PyObject* PY_XPLMDebugString(PyObject* self, PyObject* args) {
+    const char* text = nullptr;
+    if (!PyArg_ParseTuple(args, "s", &text)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPLMDebugString", IntResult(0), XPLMDebugString(text));
+    return IntResult(1);
+}
+
+// ---------------------------------------------------------------- error callbacks
+
+PyObject* PY_XPLMSetErrorCallback(PyObject* self, PyObject* args) {
+    PyObject *scriptId = nullptr, *callback = nullptr;
+    if (!PyArg_ParseTuple(args, "OO", &scriptId, &callback)) return nullptr;
+
+    char scriptName[256];
+    CV_GetScriptNameForMessages(scriptId, scriptName);
+    int found = 0, index = 0;
+    _CallbackList* entry = CVTestTable->FindCallback(ErrorCallbackList, scriptId, nullptr, &found, &index);
+    if (Py_IS_TYPE(callback, &PyMethod_Type)) {
+        // One error callback per script: a second method leaves the first in place.
+        if (!found) CVTestTable->AddCallback(&ErrorCallbackList, scriptId, nullptr, callback, nullptr);
+    } else if (found) {
+        CVTestTable->DeleteCallback(&ErrorCallbackList, entry, index);
+    } else {
+        PrintExceptionf(kModule, "XPLMSetErrorCallback",
+                        "Script '%s.py' was unregistering a callback that does not exist.", scriptName);
+    }
+
+    if (gCV_DebugCallbacks)
+        CV_DebugCallbackTrace("XPLMSetErrorCallback",
+                              CV_FormatText("pScriptId = %lx, Script Name = %s, TempCallback = %lx\n", CV_Hex(scriptId),
+                                            scriptName, CV_Hex(callback)),
+                              {{"ErrorCallbackList", ErrorCallbackList.size()}});
+    return IntResult(1);
+}
+
+PyObject* PY_CV_RemoveErrorCallback(PyObject* self, PyObject* args) {
+    PyObject *scriptId = nullptr, *callback = nullptr;
+    if (!PyArg_ParseTuple(args, "OO", &scriptId, &callback)) return nullptr;
+
+    char scriptName[256];
+    CV_GetScriptNameForMessages(scriptId, scriptName);
+    if (Py_IS_TYPE(callback, &PyMethod_Type)) {
+        int found = 0, index = 0;
+        _CallbackList* entry = CVTestTable->FindCallback(ErrorCallbackList, scriptId, nullptr, &found, &index);
+        if (found) {
+            CVTestTable->DeleteCallback(&ErrorCallbackList, entry, index);
+        } else {
+            PrintExceptionf(kModule, "CV_RemoveErrorCallback",
+                            "Script '%s.py' was unregistering a callback and refcon that does not exist, check refcon "
+                            "matches the one that was used in registering.",
+                            scriptName);
+        }
+    }
+
+    if (gCV_DebugCallbacks)
+        CV_DebugCallbackTrace("CV_RemoveErrorCallback",
+                              CV_FormatText("pScriptId = %lx, Script Name = %s\n", CV_Hex(scriptId), scriptName),
+                              {{"ErrorCallbackList", ErrorCallbackList.size()}});
+    return IntResult(1);
+}
+
+// ---------------------------------------------------------------- symbols and data files
+
+PyObject* PY_XPLMFindSymbol(PyObject* self, PyObject* args) {
+    CV_REQUIRE_SDK200(XPLMFindSymbol);
+    const char* name = nullptr;
+    if (!PyArg_ParseTuple(args, "s", &name)) return nullptr;
+    void* symbol = nullptr;
+    CV_SDK_GUARD(kModule, "XPLMFindSymbol", IntResult(0), symbol = XPLMFindSymbol_ptr(name));
+    return PyLong_FromVoidPtr(symbol);
+}
+
+PyObject* PY_XPLMLoadDataFile(PyObject* self, PyObject* args) {
+    CV_REQUIRE_SDK200(XPLMLoadDataFile);
+    int fileType = 0;
+    const char* path = nullptr;
+    if (!PyArg_ParseTuple(args, "is", &fileType, &path)) return nullptr;
+    int result = 0;
+    CV_SDK_GUARD(kModule, "XPLMLoadDataFile", IntResult(0), result = XPLMLoadDataFile_ptr(fileType, path));
+    return IntResult(result);
+}
+
+PyObject* PY_XPLMSaveDataFile(PyObject* self, PyObject* args) {
+    CV_REQUIRE_SDK200(XPLMSaveDataFile);
+    int fileType = 0;
+    const char* path = nullptr;
+    if (!PyArg_ParseTuple(args, "is", &fileType, &path)) return nullptr;
+    int result = 0;
+    CV_SDK_GUARD(kModule, "XPLMSaveDataFile", IntResult(0), result = XPLMSaveDataFile_ptr(fileType, path));
+    return IntResult(result);
+}
+
+// ---------------------------------------------------------------- commands
+
+PyObject* PY_XPLMFindCommand(PyObject* self, PyObject* args) {
+    CV_REQUIRE_SDK200(XPLMFindCommand);
+    const char* name = nullptr;
+    if (!PyArg_ParseTuple(args, "s", &name)) return nullptr;
+    XPLMCommandRef command = nullptr;
+    CV_SDK_GUARD(kModule, "XPLMFindCommand", IntResult(0), command = XPLMFindCommand_ptr(name));
+    return PyLong_FromVoidPtr(command);
+}
+
+// XPLMCommandBegin, XPLMCommandEnd and XPLMCommandOnce: one command ref, no result.
+PyObject* RunCommand(PyObject* args, const char* function, void (*run)(XPLMCommandRef)) {
+    PyObject* commandObject = nullptr;
+    if (!PyArg_ParseTuple(args, "O", &commandObject)) return nullptr;
+    void* command = nullptr;
+    if (!PointerWord(commandObject, &command)) return nullptr;
+    CV_SDK_GUARD(kModule, function, IntResult(0), run(command));
+    return IntResult(1);
+}
+
+PyObject* PY_XPLMCommandBegin(PyObject* self, PyObject* args) {
+    CV_REQUIRE_SDK200(XPLMCommandBegin);
+    return RunCommand(args, "XPLMCommandBegin", XPLMCommandBegin_ptr);
+}
+
+PyObject* PY_XPLMCommandEnd(PyObject* self, PyObject* args) {
+    CV_REQUIRE_SDK200(XPLMCommandEnd);
+    return RunCommand(args, "XPLMCommandEnd", XPLMCommandEnd_ptr);
+}
+
+PyObject* PY_XPLMCommandOnce(PyObject* self, PyObject* args) {
+    CV_REQUIRE_SDK200(XPLMCommandOnce);
+    return RunCommand(args, "XPLMCommandOnce", XPLMCommandOnce_ptr);
+}
+
+PyObject* PY_XPLMCreateCommand(PyObject* self, PyObject* args) {
+    CV_REQUIRE_SDK200(XPLMCreateCommand);
+    const char *name = nullptr, *description = nullptr;
+    if (!PyArg_ParseTuple(args, "ss", &name, &description)) return nullptr;
+    XPLMCommandRef command = nullptr;
+    CV_SDK_GUARD(kModule, "XPLMCreateCommand", IntResult(0), command = XPLMCreateCommand_ptr(name, description));
+    return PyLong_FromVoidPtr(command);
+}
+
+// What the simulator was told for each command handler record: the command and the phase it runs
+// in. Unregistration must hand the simulator exactly these with the record, or the simulator keeps
+// calling a record that has been freed; so a record is only matched for the same command and phase.
+struct CommandRegistration {
+    XPLMCommandRef command;
+    int before;
+};
+std::unordered_map<const _CallbackList*, CommandRegistration> gCV_CommandRegistrations;
+
+// The record of a handler registration by script, handler, refcon, command and phase, first in
+// list order; only records of the running interpreter.
+_CallbackList* FindCommandHandler(PyObject* scriptId, PyObject* handler, void* refcon, XPLMCommandRef command,
+                                  int before, int* found, int* index) {
+    *found = 0;
+    for (size_t i = 0; i < CommandCallbackList.size(); ++i) {
+        _CallbackList* entry = CommandCallbackList[i];
+        const _CallbackRecord* record = entry ? entry->record : nullptr;
+        if (record == nullptr || record->scriptId != scriptId || record->callable != handler ||
+            record->refcon != refcon || record->generation != CV_InterpreterGeneration)
+            continue;
+        auto registration = gCV_CommandRegistrations.find(entry);
+        if (registration == gCV_CommandRegistrations.end() || registration->second.command != command ||
+            registration->second.before != before)
+            continue;
+        *found = 1;
+        *index = static_cast<int>(i);
+        return entry;
+    }
+    return nullptr;
+}
+
+PyObject* PY_XPLMRegisterCommandHandler(PyObject* self, PyObject* args) {
+    CV_REQUIRE_SDK200(XPLMRegisterCommandHandler);
+    PyObject *scriptId = nullptr, *commandObject = nullptr, *handler = nullptr, *refconObject = nullptr;
+    int before = 0;
+    if (!PyArg_ParseTuple(args, "OOOiO", &scriptId, &commandObject, &handler, &before, &refconObject)) return nullptr;
+    void *command = nullptr, *refcon = nullptr;
+    if (!PointerWord(commandObject, &command) || !PointerWord(refconObject, &refcon)) return nullptr;
+
+    _CallbackList* entry = CVTestTable->AddCallback(&CommandCallbackList, scriptId, nullptr, handler, refcon);
+    gCV_CommandRegistrations[entry] = CommandRegistration{command, before};
+    try {
+        XPLMRegisterCommandHandler_ptr(command, CV_CommandCallback, before, entry);
+    } catch (...) {
+        gCV_CommandRegistrations.erase(entry);
+        CVTestTable->DeleteCallback(&CommandCallbackList, entry, -1);
+        PrintException(kModule, "XPLMRegisterCommandHandler", "Parameter Error");
+        return IntResult(0);
+    }
+
+    if (gCV_DebugCallbacks)
+        CV_DebugCallbackTrace("XPLMRegisterCommandHandler",
+                              CV_FormatText("pScriptId = %lx, inCommand = %ld, inBefore = %d, inRefcon = %ld\n",
+                                            CV_Hex(scriptId), CV_Dec(command), before, CV_Dec(refcon)),
+                              {{"CommandCallbackList", CommandCallbackList.size()}});
+    return IntResult(1);
+}
+
+PyObject* PY_XPLMUnregisterCommandHandler(PyObject* self, PyObject* args) {
+    CV_REQUIRE_SDK200(XPLMUnregisterCommandHandler);
+    PyObject *scriptId = nullptr, *commandObject = nullptr, *handler = nullptr, *refconObject = nullptr;
+    int before = 0;
+    if (!PyArg_ParseTuple(args, "OOOiO", &scriptId, &commandObject, &handler, &before, &refconObject)) return nullptr;
+    void *command = nullptr, *refcon = nullptr;
+    if (!PointerWord(commandObject, &command) || !PointerWord(refconObject, &refcon)) return nullptr;
+
+    char scriptName[256];
+    CV_GetScriptNameForMessages(scriptId, scriptName);
+    int found = 0, index = 0;
+    _CallbackList* entry = FindCommandHandler(scriptId, handler, refcon, command, before, &found, &index);
+    if (found) {
+        CV_SDK_GUARD(kModule, "XPLMUnregisterCommandHandler", IntResult(0),
+                     XPLMUnregisterCommandHandler_ptr(command, CV_CommandCallback, before, entry));
+        gCV_CommandRegistrations.erase(entry);
+        CVTestTable->DeleteCallback(&CommandCallbackList, entry, index);
+    } else {
+        PrintExceptionf(kModule, "XPLMUnregisterCommandHandler",
+                        "Script '%s.py' was unregistering a callback and refcon that does not exist, check refcon "
+                        "matches the one that was used in registering.",
+                        scriptName);
+    }
+
+    if (gCV_DebugCallbacks)
+        CV_DebugCallbackTrace(
+            "XPLMUnregisterCommandHandler",
+            CV_FormatText("pScriptId = %lx, Script Name = %s, inCommand = %ld, inBefore = %d, inRefcon = %ld\n",
+                          CV_Hex(scriptId), scriptName, CV_Dec(command), before, CV_Dec(refcon)),
+            {{"CommandCallbackList", CommandCallbackList.size()}});
+    return IntResult(1);
+}
+
 PyMethodDef XPLMUtilitiesMethods[] = {
+    {"XPLMSpeakString", PY_XPLMSpeakString, METH_VARARGS, "Speak and Display String."},
+    {"XPLMCommandKeyStroke", PY_XPLMCommandKeyStroke, METH_VARARGS, "Send a Command Key."},
+    {"XPLMCommandButtonPress", PY_XPLMCommandButtonPress, METH_VARARGS, "Send a Command Button Press."},
+    {"XPLMCommandButtonRelease", PY_XPLMCommandButtonRelease, METH_VARARGS, "Send a Command Button Release."},
+    {"XPLMGetVirtualKeyDescription", PY_XPLMGetVirtualKeyDescription, METH_VARARGS, "Get Virtual Key Description."},
+    {"XPLMReloadScenery", PY_XPLMReloadScenery, METH_VARARGS, "Reload the Scenery."},
+    {"XPLMGetSystemPath", PY_XPLMGetSystemPath, METH_VARARGS, "Get the XPlane System Path."},
+    {"XPLMGetPrefsPath", PY_XPLMGetPrefsPath, METH_VARARGS, "Get the Xplane Pref Path."},
+    {"XPLMGetDirectorySeparator", PY_XPLMGetDirectorySeparator, METH_VARARGS, "Get the OS Directory Separator."},
+    {"XPLMExtractFileAndPath", PY_XPLMExtractFileAndPath, METH_VARARGS, "Extract File and Path."},
+    {"XPLMGetDirectoryContents", PY_XPLMGetDirectoryContents, METH_VARARGS, "Get the Directory Contents."},
+    {"XPLMGetSystemPath_NP", PY_XPLMGetSystemPath_NP, METH_VARARGS, "Get the XPlane System Path using Native Paths."},
+    {"XPLMGetPrefsPath_NP", PY_XPLMGetPrefsPath_NP, METH_VARARGS, "Get the Xplane Pref Path using Native Paths."},
+    {"XPLMGetDirectorySeparator_NP", PY_XPLMGetDirectorySeparator_NP, METH_VARARGS,
+     "Get the OS Directory Separator using Native Paths."},
+    {"XPLMExtractFileAndPath_NP", PY_XPLMExtractFileAndPath_NP, METH_VARARGS,
+     "Extract File and Path using Native Paths."},
+    {"XPLMGetDirectoryContents_NP", PY_XPLMGetDirectoryContents_NP, METH_VARARGS,
+     "Get the Directory Contents using Native Paths."},
+    {"XPLMInitialized", PY_XPLMInitialized, METH_VARARGS, "Is XPLM Initialized Properly."},
+    {"XPLMGetVersions", PY_XPLMGetVersions, METH_VARARGS, "Get Xplane and XPLM Versions."},
+    {"XPLMGetLanguage", PY_XPLMGetLanguage, METH_VARARGS, "Get Language."},
+    {"XPLMDebugString", PY_XPLMDebugString, METH_VARARGS, "Write Debug String to Error.out."},
+    {"XPLMSetErrorCallback", PY_XPLMSetErrorCallback, METH_VARARGS, "Set the callback for errors."},
+    {"CV_RemoveErrorCallback", PY_CV_RemoveErrorCallback, METH_VARARGS, "Remove the callback for errors."},
+    {"XPLMFindSymbol", PY_XPLMFindSymbol, METH_VARARGS, "Find symbol."},
+    {"XPLMLoadDataFile", PY_XPLMLoadDataFile, METH_VARARGS, "Load Data File."},
+    {"XPLMSaveDataFile", PY_XPLMSaveDataFile, METH_VARARGS, "Save Data File."},
+    {"XPLMFindCommand", PY_XPLMFindCommand, METH_VARARGS, "Find the Command."},
+    {"XPLMCommandBegin", PY_XPLMCommandBegin, METH_VARARGS, "Begin the Command."},
+    {"XPLMCommandEnd", PY_XPLMCommandEnd, METH_VARARGS, "End the Command."},
+    {"XPLMCommandOnce", PY_XPLMCommandOnce, METH_VARARGS, "Do Command Once."},
+    {"XPLMCreateCommand", PY_XPLMCreateCommand, METH_VARARGS, "Create Commmand."},
+    {"XPLMRegisterCommandHandler", PY_XPLMRegisterCommandHandler, METH_VARARGS, "Register the Command Callback."},
+    {"XPLMUnregisterCommandHandler", PY_XPLMUnregisterCommandHandler, METH_VARARGS,
+     "Unregister the Command Callback."},
     {nullptr, nullptr, 0, nullptr},
 };
 
 PyModuleDef XPLMUtilitiesModule = {PyModuleDef_HEAD_INIT, "XPLMUtilities", nullptr, -1, XPLMUtilitiesMethods};
 
 }  // namespace
+
+std::string CV_PathToSimForm(const std::string& path, char separator) {
+    if (separator != ':') return path;
+    std::string converted = path;
+    for (char& c : converted)
+        if (c == '/') c = ':';
+    return converted;
+}
+
+std::vector<std::string> CV_NamesFromIndices(const char* buffer, size_t bufferSize, char* const* indices,
+                                             int indexCount, int returned) {
+    std::vector<std::string> names;
+    if (buffer == nullptr || indices == nullptr || bufferSize == 0) return names;
+    const int count = returned < 0 ? 0 : (returned > indexCount ? indexCount : returned);
+    const uintptr_t start = reinterpret_cast<uintptr_t>(buffer);
+    const uintptr_t end = start + bufferSize;
+    for (int i = 0; i < count; ++i) {
+        const uintptr_t at = reinterpret_cast<uintptr_t>(indices[i]);
+        if (at < start || at >= end) break;
+        const char* name = buffer + (at - start);
+        names.emplace_back(name, strnlen(name, end - at));
+    }
+    return names;
+}
 
 PyObject* initXPLMUtilities() {
     return CV_CreateModule(&XPLMUtilitiesModule, XPLMUtilitiesConstants, std::size(XPLMUtilitiesConstants));

@@ -30,7 +30,7 @@ struct _CV_ScriptEntry {
 // One SDK feature the simulator reported.
 struct _CV_FeaturesListEntry {
     int featureId = 0;
-    char featureName[256] = {0};
+    char featureName[292] = {0};  // at most 291 characters and the terminating zero
 };
 
 class CV_ScriptTable {

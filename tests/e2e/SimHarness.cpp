@@ -131,3 +131,42 @@ std::string SimFolder::read(const std::string& relativePath) const { return Read
 std::string SimFolder::log() const { return ReadFile(scriptsDir() + "/CorvelleLog.txt"); }
 std::string SimFolder::output() const { return ReadFile(scriptsDir() + "/CorvelleOutput.txt"); }
 std::string SimFolder::simLog() const { return ReadFile(root_ + "/Log.txt"); }
+
+namespace {
+
+// Every non-empty line of `code` indented by `spaces`.
+std::string IndentCode(const std::string& code, int spaces) {
+    std::istringstream in(code);
+    std::string line, result;
+    while (std::getline(in, line))
+        if (!line.empty()) result += std::string(spaces, ' ') + line + "\n";
+    return result;
+}
+
+}  // namespace
+
+std::string TestScript(const std::string& name, const std::vector<std::string>& modules, const std::string& start,
+                       const std::string& later, const std::string& stop, const std::string& methods) {
+    std::string source = "from XPLMProcessing import *\n";
+    for (const auto& module : modules) source += "from " + module + " import *\n";
+    source += "class Corvelle:\n"
+              "    def XPluginStart(self):\n" +
+              IndentCode(start, 8) +
+              "        self.laterCB = self.Later\n"
+              "        XPLMRegisterFlightLoopCallback(self, self.laterCB, -1, 0)\n"
+              "        return '" + name + "', 'test." + name + "', 'A test script'\n"
+              "    def Later(self, sinceCall, sinceLoop, counter, refcon):\n" +
+              IndentCode(later, 8) +
+              "        return 0\n"
+              "    def XPluginStop(self):\n" +
+              IndentCode(stop, 8) +
+              "        XPLMUnregisterFlightLoopCallback(self, self.laterCB, 0)\n"
+              "    def XPluginEnable(self):\n"
+              "        return 1\n"
+              "    def XPluginDisable(self):\n"
+              "        pass\n"
+              "    def XPluginReceiveMessage(self, fromWho, message, param):\n"
+              "        print('received', fromWho, message, param)\n" +
+              IndentCode(methods, 4);
+    return source;
+}

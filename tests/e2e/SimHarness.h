@@ -50,3 +50,11 @@ size_t CountOf(const std::string& text, const std::string& needle);
 // True when every needle occurs in text, each after the previous one.
 bool InOrder(const std::string& text, const std::vector<std::string>& needles);
 std::vector<std::string> Lines(const std::string& text);
+
+// The source of a test script. It imports every module named (from M import *) and XPLMProcessing,
+// and defines a class Corvelle whose XPluginStart runs `start`, whose first flight loop (the first
+// frame, when every plugin has been started and enabled) runs `later` once, and whose XPluginStop
+// runs `stop`; XPluginReceiveMessage prints "received FROM MESSAGE PARAM". `methods` is further
+// class-level code. Every piece is written without indentation; the helper indents it.
+std::string TestScript(const std::string& name, const std::vector<std::string>& modules, const std::string& start,
+                       const std::string& later, const std::string& stop = "", const std::string& methods = "");
