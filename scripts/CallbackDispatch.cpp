@@ -40,6 +40,14 @@ Reach Resolve(const _CallbackList* entry, Target& target) {
     return Reach::Call;
 }
 
+// A registration that a script left behind when its interpreter stopped. The kinds whose default
+// answer would hold the simulator back (a draw callback suppressing a phase, a key sniffer eating
+// every key, a command handler stopping its command, a flight loop asked again every second)
+// answer such a record so that the simulator carries on as if it were not there.
+bool LeftBehind(const _CallbackList* entry) {
+    return entry != nullptr && entry->record != nullptr && !CV_IsCurrentGeneration(entry->record->generation);
+}
+
 // The slot of a refcon block (data accessors, windows); null when the block or the slot is empty.
 const _CallbackList* Slot(void* block, int slot) {
     _CallbackList** slots = static_cast<_CallbackList**>(block);
@@ -234,7 +242,7 @@ PyObject* ByteItem(char v) { return PyLong_FromLong(static_cast<signed char>(v))
 float CallUserFlightLoopCallback(float inElapsedSinceLastCall, float inElapsedTimeSinceLastFlightLoop, int inCounter,
                                  void* inRefcon) {
     // A flight loop object made without a record has nothing to call: it is not scheduled again.
-    if (inRefcon == nullptr) return 0.0f;
+    if (inRefcon == nullptr || LeftBehind(static_cast<const _CallbackList*>(inRefcon))) return 0.0f;
     Target t;
     switch (Resolve(static_cast<const _CallbackList*>(inRefcon), t)) {
         case Reach::Skip: return 1.0f;
@@ -262,6 +270,7 @@ struct KeySnifferArgs { char key; int flags; char virtualKey; };
 }  // namespace
 
 int CallUserDrawCallback(XPLMDrawingPhase inPhase, int inIsBefore, void* inRefcon) {
+    if (LeftBehind(static_cast<const _CallbackList*>(inRefcon))) return 1;
     DrawArgs a{inPhase, inIsBefore};
     return CallWithResult<int>(
         static_cast<const _CallbackList*>(inRefcon), "Cannot find method DrawCallback\n", 0, 1, 1, "i",
@@ -273,6 +282,7 @@ int CallUserDrawCallback(XPLMDrawingPhase inPhase, int inIsBefore, void* inRefco
 }
 
 int CallUserKeySnifferCallback(char inChar, XPLMKeyFlags inFlags, char inVirtualKey, void* inRefcon) {
+    if (LeftBehind(static_cast<const _CallbackList*>(inRefcon))) return 1;
     KeySnifferArgs a{inChar, inFlags, inVirtualKey};
     return CallWithResult<int>(
         static_cast<const _CallbackList*>(inRefcon), "Cannot find method KeySnifferCallback\n", 0, 1, 1, "i",
@@ -378,6 +388,7 @@ struct CommandArgs { void* command; int phase; };
 }  // namespace
 
 int CallUserCommandCallback(XPLMCommandRef inCommand, XPLMCommandPhase inPhase, void* inRefcon) {
+    if (LeftBehind(static_cast<const _CallbackList*>(inRefcon))) return 1;
     CommandArgs a{inCommand, inPhase};
     return CallWithResult<int>(
         static_cast<const _CallbackList*>(inRefcon), "Cannot find method CommandCallback\n", 0, 0, 0, "i",

@@ -11,7 +11,12 @@
 #include "PanelState.h"
 #include "PluginEntry.h"
 #include "XPLMDefs.h"
+#include "XPLMDataAccess.h"
+#include "XPLMDisplay.h"
+#include "world/Commands.h"
 #include "world/DataRefs.h"
+#include "world/Keys.h"
+#include "world/Scheduler.h"
 #include "world/Plugins.h"
 #include "world/World.h"
 
@@ -160,4 +165,54 @@ TEST_F(StartStop, MissingFolderLeavesTheRunStateStoppedUntilAStartFindsIt) {
     EXPECT_EQ(Count(log, "+++ LOGGING STARTED +++"), 1u);
     EXPECT_EQ(log.find("+++ LOGGING STARTED +++"), 0u);
     EXPECT_EQ(Count(log, "--- LOGGING STOPPED ---"), 1u);
+}
+
+TEST_F(StartStop, CallbacksLeftBehindByStoppedScriptsNoLongerHoldTheSimulatorBack) {
+    WriteScript("CV_Greedy.py",
+                "from XPLMDisplay import *\n"
+                "from XPLMProcessing import *\n"
+                "from XPLMUtilities import *\n"
+                "class Corvelle:\n"
+                "    def XPluginStart(self):\n"
+                "        self.Draw, self.Sniff, self.Handle, self.Loop = self.DrawCB, self.SniffCB, self.HandleCB, self.LoopCB\n"
+                "        XPLMRegisterDrawCallback(self, self.Draw, xplm_Phase_Objects, 1, 0)\n"
+                "        XPLMRegisterKeySniffer(self, self.Sniff, 1, 0)\n"
+                "        XPLMRegisterCommandHandler(self, XPLMFindCommand('sim/operation/pause_toggle'), self.Handle, 1, 0)\n"
+                "        XPLMRegisterFlightLoopCallback(self, self.Loop, -1.0, 0)\n"
+                "        return 'Greedy', 'sig.greedy', 'Keeps everything and unregisters nothing'\n"
+                "    def DrawCB(self, phase, before, refcon):\n        return 0\n"
+                "    def SniffCB(self, key, flags, vkey, refcon):\n        return 0\n"
+                "    def HandleCB(self, command, phase, refcon):\n        return 0\n"
+                "    def LoopCB(self, since, sinceLoop, counter, refcon):\n        print('loop')\n        return -1.0\n");
+    LoadPlugin();
+    XPLMDataRef paused = XPLMFindDataRef("sim/time/paused");
+    ASSERT_NE(paused, nullptr);
+    std::string error;
+    auto frame = [] {
+        xpsim::BeginFrame();
+        xpsim::RunFrameCallbacks();
+    };
+    auto pressP = [] { xpsim::PressKey(xpsim::KeyForCharacter('p', 0)); };
+
+    // While the script runs it suppresses the phase, eats the key and stops the command.
+    frame();
+    EXPECT_EQ(xpsim::SimSuppressedFrames(xplm_Phase_Objects), 1);
+    pressP();
+    ASSERT_TRUE(xpsim::RunCommandByName("sim/operation/pause_toggle", xpsim::CommandRun::Once, error)) << error;
+    EXPECT_EQ(XPLMGetDatai(paused), 0);
+
+    {
+        xpsim::PluginContext context(id_);
+        StopPython(1);
+    }
+    // Its leftovers stay registered with the simulator but let it carry on.
+    frame();
+    frame();
+    EXPECT_EQ(xpsim::SimSuppressedFrames(xplm_Phase_Objects), 1);
+    pressP();
+    EXPECT_EQ(XPLMGetDatai(paused), 1);
+    ASSERT_TRUE(xpsim::RunCommandByName("sim/operation/pause_toggle", xpsim::CommandRun::Once, error)) << error;
+    EXPECT_EQ(XPLMGetDatai(paused), 0);
+    UnloadPlugin();
+    EXPECT_EQ(Output(), "loop\n");
 }
