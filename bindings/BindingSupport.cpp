@@ -39,3 +39,35 @@ void CV_GetScriptNameForMessages(PyObject* scriptId, char* outName) {
     outName[0] = '\0';
     if (CVTestTable) CVTestTable->GetScriptDescriptions(scriptId, outName, signature, description);
 }
+
+bool CV_PointerWord(PyObject* object, void** word) {
+    *word = PyLong_AsVoidPtr(object);
+    return !(*word == nullptr && PyErr_Occurred());
+}
+
+bool CV_CheckOutputList(PyObject* object) {
+    if (object == Py_None || PyList_Check(object)) return true;
+    PyErr_SetString(PyExc_TypeError, "expected sequence");
+    return false;
+}
+
+bool CV_StoreOutput(PyObject* list, PyObject* value) {
+    if (value == nullptr) return false;
+    if (list == Py_None) {
+        Py_DECREF(value);
+        return true;
+    }
+    if (PyList_GET_SIZE(list) == 0) {
+        int rc = PyList_Append(list, value);
+        Py_DECREF(value);
+        return rc == 0;
+    }
+    return PyList_SetItem(list, 0, value) == 0;  // steals the reference
+}
+
+bool CV_AppendOutput(PyObject* list, PyObject* value) {
+    if (value == nullptr) return false;
+    int rc = PyList_Append(list, value);
+    Py_DECREF(value);
+    return rc == 0;
+}

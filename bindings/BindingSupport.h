@@ -33,6 +33,19 @@ void PrintExceptionf(const char* module, const char* function, const char* forma
 // The name a script gave itself in its XPluginStart, for messages about it.
 void CV_GetScriptNameForMessages(PyObject* scriptId, char* outName /* 256 bytes */);
 
+// A script's refcon or an SDK handle as the pointer-sized word it stands for. False with the
+// Python error set when the object is not an integer.
+bool CV_PointerWord(PyObject* object, void** word);
+
+// Output arguments are None (the SDK gets no buffer) or a list that receives the value; anything
+// else raises TypeError "expected sequence".
+bool CV_CheckOutputList(PyObject* object);
+// Puts a value into an output argument: appended to an empty list, else stored as item 0; nothing
+// for None. Takes the new reference of `value` in every case. False with the Python error set.
+bool CV_StoreOutput(PyObject* list, PyObject* value);
+// Appends a value to a list; takes the new reference of `value`. False with the Python error set.
+bool CV_AppendOutput(PyObject* list, PyObject* value);
+
 // Every SDK call a binding makes runs inside this guard: an exception becomes a "Parameter Error"
 // report and the failure value is returned to the script.
 #define CV_SDK_GUARD(module, function, failure, ...)                    \

@@ -404,23 +404,6 @@ PyObject* PY_XPLMSetDatab(PyObject* self, PyObject* args) {
 
 // ---------------------------------------------------------------- data accessors and shared data
 
-// A script's refcon as the integer word it is recorded as. False with the Python error set when
-// the object is not an integer.
-bool RefconWord(PyObject* object, void** refcon) {
-    *refcon = PyLong_AsVoidPtr(object);
-    return !(*refcon == nullptr && PyErr_Occurred());
-}
-
-// Takes a record out of its list without freeing it: at index when it is there, else wherever it is.
-void TakeOutOfList(CV_CallbackVector* list, _CallbackList* entry, int index) {
-    if (index >= 0 && static_cast<size_t>(index) < list->size() && (*list)[index] == entry) {
-        list->erase(list->begin() + index);
-        return;
-    }
-    auto it = std::find(list->begin(), list->end(), entry);
-    if (it != list->end()) list->erase(it);
-}
-
 // The twelve accessor lists in the order of XPLMRegisterDataAccessor's callables: get int, set int,
 // get float, set float, get double, set double, get int array, set int array, get float array,
 // set float array, get byte array, set byte array. Getters sit at even, setters at odd positions;
@@ -530,7 +513,7 @@ PyObject* PY_XPLMRegisterDataAccessor(PyObject* self, PyObject* args) {
                           &readRefconObject, &writeRefconObject))
         return nullptr;
     void *readRefcon = nullptr, *writeRefcon = nullptr;
-    if (!RefconWord(readRefconObject, &readRefcon) || !RefconWord(writeRefconObject, &writeRefcon)) return nullptr;
+    if (!CV_PointerWord(readRefconObject, &readRefcon) || !CV_PointerWord(writeRefconObject, &writeRefcon)) return nullptr;
 
     // Only bound methods are recorded; anything else (a plain function, None, 0) leaves the type
     // without an accessor, whose trampoline then answers 0.
@@ -586,7 +569,7 @@ PyObject* PY_XPLMUnregisterDataAccessor(PyObject* self, PyObject* args) {
         int found = 0;
         _CallbackList* entry = CVTestTable->FindCallback(*a.list, scriptId, dataRef, &found, &index);
         if (!found) continue;
-        TakeOutOfList(a.list, entry, index);
+        CV_TakeOutOfList(a.list, entry, index);
         gDetachedAccessorRecords.push_back(entry);
     }
 
@@ -643,7 +626,7 @@ PyObject* PY_XPLMShareData(PyObject* self, PyObject* args) {
     int dataType = 0;
     if (!PyArg_ParseTuple(args, "OsiOO", &scriptId, &dataName, &dataType, &callable, &refconObject)) return nullptr;
     void* refcon = nullptr;
-    if (!RefconWord(refconObject, &refcon)) return nullptr;
+    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
 
     _CallbackList* entry = CVTestTable->AddCallback(&SharedDataCallbackList, scriptId, nullptr, callable, refcon);
     int result = 0;
@@ -667,7 +650,7 @@ PyObject* PY_XPLMUnshareData(PyObject* self, PyObject* args) {
     int dataType = 0;
     if (!PyArg_ParseTuple(args, "OsiOO", &scriptId, &dataName, &dataType, &callable, &refconObject)) return nullptr;
     void* refcon = nullptr;
-    if (!RefconWord(refconObject, &refcon)) return nullptr;
+    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
@@ -684,7 +667,7 @@ PyObject* PY_XPLMUnshareData(PyObject* self, PyObject* args) {
         if (held == gSharedDataHeld.end())
             CVTestTable->DeleteCallback(&SharedDataCallbackList, entry, index);
         else
-            TakeOutOfList(&SharedDataCallbackList, entry, index);
+            CV_TakeOutOfList(&SharedDataCallbackList, entry, index);
     } else {
         PrintExceptionf(kModule, function,
                         "Script '%s.py' was unregistering a callback and refcon that does not exist, check refcon "

@@ -61,29 +61,6 @@ const CV_IntConstant XPLMDisplayConstants[] = {
 
 PyObject* IntResult(long value) { return PyLong_FromLong(value); }
 
-// A script's refcon as the integer word it is recorded as. False with the Python error set when
-// the object is not an integer.
-bool RefconWord(PyObject* object, void** refcon) {
-    *refcon = PyLong_AsVoidPtr(object);
-    return !(*refcon == nullptr && PyErr_Occurred());
-}
-
-// Handles (windows, hot keys) come back from scripts as integers; anything else raises TypeError.
-bool HandleFromObject(PyObject* object, void** handle) {
-    *handle = PyLong_AsVoidPtr(object);
-    return !(*handle == nullptr && PyErr_Occurred());
-}
-
-// Takes a record out of its list without freeing it: at index when it is there, else wherever it is.
-void TakeOutOfList(CV_CallbackVector* list, _CallbackList* entry, int index) {
-    if (index >= 0 && static_cast<size_t>(index) < list->size() && (*list)[index] == entry) {
-        list->erase(list->begin() + index);
-        return;
-    }
-    auto it = std::find(list->begin(), list->end(), entry);
-    if (it != list->end()) list->erase(it);
-}
-
 template <typename T>
 bool RemoveValue(std::vector<T>& values, const T& value) {
     auto it = std::find(values.begin(), values.end(), value);
@@ -93,29 +70,6 @@ bool RemoveValue(std::vector<T>& values, const T& value) {
 }
 
 // ---------------------------------------------------------------- out arguments
-
-// Out arguments are None (the simulator gets a null pointer) or a list, which receives the value
-// as its item 0: appended to an empty list, in place of the first item otherwise.
-bool CheckOutArgument(PyObject* object) {
-    if (object == Py_None || PyList_Check(object)) return true;
-    PyErr_SetString(PyExc_TypeError, "expected sequence");
-    return false;
-}
-
-// Stores a new reference (consumed) into the out argument; false with the Python error set.
-bool StoreOut(PyObject* out, PyObject* value) {
-    if (value == nullptr) return false;
-    if (out == Py_None) {
-        Py_DECREF(value);
-        return true;
-    }
-    if (PyList_GET_SIZE(out) == 0) {
-        const int rc = PyList_Append(out, value);
-        Py_DECREF(value);
-        return rc == 0;
-    }
-    return PyList_SetItem(out, 0, value) == 0;  // takes the reference
-}
 
 template <typename T>
 T* OutPointer(PyObject* out, T* storage) {
@@ -134,7 +88,7 @@ std::vector<_CallbackList*> gKeySniffersHeld;
 // simulator still holds it.
 void RetireRecord(CV_CallbackVector* list, _CallbackList* entry, int index, bool stillHeld) {
     if (stillHeld)
-        TakeOutOfList(list, entry, index);
+        CV_TakeOutOfList(list, entry, index);
     else
         CVTestTable->DeleteCallback(list, entry, index);
 }
@@ -144,7 +98,7 @@ PyObject* PY_XPLMRegisterDrawCallback(PyObject* self, PyObject* args) {
     int phase = 0, wantsBefore = 0;
     if (!PyArg_ParseTuple(args, "OOiiO", &scriptId, &callable, &phase, &wantsBefore, &refconObject)) return nullptr;
     void* refcon = nullptr;
-    if (!RefconWord(refconObject, &refcon)) return nullptr;
+    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
 
     _CallbackList* entry = CVTestTable->AddCallback(&DrawCallbackList, scriptId, nullptr, callable, refcon);
     int result = 0;
@@ -166,7 +120,7 @@ PyObject* PY_XPLMUnregisterDrawCallback(PyObject* self, PyObject* args) {
     int phase = 0, wantsBefore = 0;
     if (!PyArg_ParseTuple(args, "OOiiO", &scriptId, &callable, &phase, &wantsBefore, &refconObject)) return nullptr;
     void* refcon = nullptr;
-    if (!RefconWord(refconObject, &refcon)) return nullptr;
+    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
@@ -200,7 +154,7 @@ PyObject* PY_XPLMRegisterKeySniffer(PyObject* self, PyObject* args) {
     int beforeWindows = 0;
     if (!PyArg_ParseTuple(args, "OOiO", &scriptId, &callable, &beforeWindows, &refconObject)) return nullptr;
     void* refcon = nullptr;
-    if (!RefconWord(refconObject, &refcon)) return nullptr;
+    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
 
     _CallbackList* entry = CVTestTable->AddCallback(&KeySnifferCallbackList, scriptId, nullptr, callable, refcon);
     int result = 0;
@@ -222,7 +176,7 @@ PyObject* PY_XPLMUnregisterKeySniffer(PyObject* self, PyObject* args) {
     int beforeWindows = 0;
     if (!PyArg_ParseTuple(args, "OOiO", &scriptId, &callable, &beforeWindows, &refconObject)) return nullptr;
     void* refcon = nullptr;
-    if (!RefconWord(refconObject, &refcon)) return nullptr;
+    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
@@ -255,22 +209,22 @@ PyObject* PY_XPLMUnregisterKeySniffer(PyObject* self, PyObject* args) {
 PyObject* PY_XPLMGetScreenSize(PyObject* self, PyObject* args) {
     PyObject *outWidth = nullptr, *outHeight = nullptr;
     if (!PyArg_ParseTuple(args, "OO", &outWidth, &outHeight)) return nullptr;
-    if (!CheckOutArgument(outWidth) || !CheckOutArgument(outHeight)) return nullptr;
+    if (!CV_CheckOutputList(outWidth) || !CV_CheckOutputList(outHeight)) return nullptr;
     int width = 0, height = 0;
     CV_SDK_GUARD(kModule, "XPLMGetScreenSize", IntResult(0),
                  XPLMGetScreenSize(OutPointer(outWidth, &width), OutPointer(outHeight, &height)));
-    if (!StoreOut(outWidth, PyLong_FromLong(width)) || !StoreOut(outHeight, PyLong_FromLong(height))) return nullptr;
+    if (!CV_StoreOutput(outWidth, PyLong_FromLong(width)) || !CV_StoreOutput(outHeight, PyLong_FromLong(height))) return nullptr;
     return IntResult(1);
 }
 
 PyObject* PY_XPLMGetMouseLocation(PyObject* self, PyObject* args) {
     PyObject *outX = nullptr, *outY = nullptr;
     if (!PyArg_ParseTuple(args, "OO", &outX, &outY)) return nullptr;
-    if (!CheckOutArgument(outX) || !CheckOutArgument(outY)) return nullptr;
+    if (!CV_CheckOutputList(outX) || !CV_CheckOutputList(outY)) return nullptr;
     int x = 0, y = 0;
     CV_SDK_GUARD(kModule, "XPLMGetMouseLocation", IntResult(0),
                  XPLMGetMouseLocation(OutPointer(outX, &x), OutPointer(outY, &y)));
-    if (!StoreOut(outX, PyLong_FromLong(x)) || !StoreOut(outY, PyLong_FromLong(y))) return nullptr;
+    if (!CV_StoreOutput(outX, PyLong_FromLong(x)) || !CV_StoreOutput(outY, PyLong_FromLong(y))) return nullptr;
     return IntResult(1);
 }
 
@@ -295,7 +249,7 @@ PyObject* PY_XPLMRegisterHotKey(PyObject* self, PyObject* args) {
     if (!PyArg_ParseTuple(args, "ObisOO", &scriptId, &virtualKey, &flags, &description, &callable, &refconObject))
         return nullptr;
     void* refcon = nullptr;
-    if (!RefconWord(refconObject, &refcon)) return nullptr;
+    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
 
     _CallbackList* entry = CVTestTable->AddCallback(&HotKeyCallbackList, scriptId, nullptr, callable, refcon);
     XPLMHotKeyID hotKey = nullptr;
@@ -318,7 +272,7 @@ PyObject* PY_XPLMUnregisterHotKey(PyObject* self, PyObject* args) {
     const char* const function = "XPLMUnregisterHotKey";
     PyObject *scriptId = nullptr, *idObject = nullptr;
     void* hotKey = nullptr;
-    if (!PyArg_ParseTuple(args, "OO", &scriptId, &idObject) || !HandleFromObject(idObject, &hotKey)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OO", &scriptId, &idObject) || !CV_PointerWord(idObject, &hotKey)) return nullptr;
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
@@ -362,10 +316,10 @@ PyObject* PY_XPLMGetHotKeyInfo(PyObject* self, PyObject* args) {
              *outPlugin = nullptr;
     void* hotKey = nullptr;
     if (!PyArg_ParseTuple(args, "OOOOO", &idObject, &outVirtualKey, &outFlags, &outDescription, &outPlugin) ||
-        !HandleFromObject(idObject, &hotKey))
+        !CV_PointerWord(idObject, &hotKey))
         return nullptr;
-    if (!CheckOutArgument(outVirtualKey) || !CheckOutArgument(outFlags) || !CheckOutArgument(outDescription) ||
-        !CheckOutArgument(outPlugin))
+    if (!CV_CheckOutputList(outVirtualKey) || !CV_CheckOutputList(outFlags) || !CV_CheckOutputList(outDescription) ||
+        !CV_CheckOutputList(outPlugin))
         return nullptr;
 
     char virtualKey = 0;
@@ -377,11 +331,11 @@ PyObject* PY_XPLMGetHotKeyInfo(PyObject* self, PyObject* args) {
                                    OutPointer(outDescription, description), OutPointer(outPlugin, &plugin)));
     description[sizeof description - 1] = '\0';
     const size_t length = strnlen(description, sizeof description);
-    if (!StoreOut(outVirtualKey, PyLong_FromLong(static_cast<signed char>(virtualKey))) ||
-        !StoreOut(outFlags, PyLong_FromLong(flags)) ||
-        !StoreOut(outDescription,
+    if (!CV_StoreOutput(outVirtualKey, PyLong_FromLong(static_cast<signed char>(virtualKey))) ||
+        !CV_StoreOutput(outFlags, PyLong_FromLong(flags)) ||
+        !CV_StoreOutput(outDescription,
                   PyUnicode_DecodeUTF8(description, static_cast<Py_ssize_t>(length), "replace")) ||
-        !StoreOut(outPlugin, PyLong_FromLong(plugin)))
+        !CV_StoreOutput(outPlugin, PyLong_FromLong(plugin)))
         return nullptr;
     return IntResult(1);
 }
@@ -491,7 +445,7 @@ PyObject* PY_XPLMCreateWindow(PyObject* self, PyObject* args) {
                           &keyHandler, &mouseHandler, &refconObject))
         return nullptr;
     void* refcon = nullptr;
-    if (!RefconWord(refconObject, &refcon)) return nullptr;
+    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
 
     _CallbackList* draw = RecordHandler(&DrawWindowCallbackList, scriptId, drawHandler, refcon);
     _CallbackList* key = RecordHandler(&KeyCallbackList, scriptId, keyHandler, refcon);
@@ -559,7 +513,7 @@ PyObject* PY_XPLMCreateWindowEx(PyObject* self, PyObject* args) {
         }
     }
     void* refcon = nullptr;
-    if (!RefconWord(items[10], &refcon)) {
+    if (!CV_PointerWord(items[10], &refcon)) {
         releaseItems();
         return nullptr;
     }
@@ -627,7 +581,7 @@ PyObject* PY_XPLMDestroyWindow(PyObject* self, PyObject* args) {
     const char* const function = "XPLMDestroyWindow";
     PyObject *scriptId = nullptr, *idObject = nullptr;
     void* window = nullptr;
-    if (!PyArg_ParseTuple(args, "OO", &scriptId, &idObject) || !HandleFromObject(idObject, &window)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OO", &scriptId, &idObject) || !CV_PointerWord(idObject, &window)) return nullptr;
 
     // One index for all five searches: a search that finds nothing leaves it as it was, so it ends
     // as the position of the last handler record found.
@@ -636,7 +590,7 @@ PyObject* PY_XPLMDestroyWindow(PyObject* self, PyObject* args) {
         int found = 0;
         _CallbackList* entry = CVTestTable->FindCallback(*h.list, scriptId, window, &found, &index);
         if (!found) continue;
-        TakeOutOfList(h.list, entry, index);
+        CV_TakeOutOfList(h.list, entry, index);
         gDetachedHandlers.push_back(entry);
     }
 
@@ -688,17 +642,17 @@ PyObject* PY_XPLMGetWindowGeometry(PyObject* self, PyObject* args) {
     PyObject *idObject = nullptr, *outLeft = nullptr, *outTop = nullptr, *outRight = nullptr, *outBottom = nullptr;
     void* window = nullptr;
     if (!PyArg_ParseTuple(args, "OOOOO", &idObject, &outLeft, &outTop, &outRight, &outBottom) ||
-        !HandleFromObject(idObject, &window))
+        !CV_PointerWord(idObject, &window))
         return nullptr;
-    if (!CheckOutArgument(outLeft) || !CheckOutArgument(outTop) || !CheckOutArgument(outRight) ||
-        !CheckOutArgument(outBottom))
+    if (!CV_CheckOutputList(outLeft) || !CV_CheckOutputList(outTop) || !CV_CheckOutputList(outRight) ||
+        !CV_CheckOutputList(outBottom))
         return nullptr;
     int left = 0, top = 0, right = 0, bottom = 0;
     CV_SDK_GUARD(kModule, "XPLMGetWindowGeometry", IntResult(0),
                  XPLMGetWindowGeometry(window, OutPointer(outLeft, &left), OutPointer(outTop, &top),
                                        OutPointer(outRight, &right), OutPointer(outBottom, &bottom)));
-    if (!StoreOut(outLeft, PyLong_FromLong(left)) || !StoreOut(outTop, PyLong_FromLong(top)) ||
-        !StoreOut(outRight, PyLong_FromLong(right)) || !StoreOut(outBottom, PyLong_FromLong(bottom)))
+    if (!CV_StoreOutput(outLeft, PyLong_FromLong(left)) || !CV_StoreOutput(outTop, PyLong_FromLong(top)) ||
+        !CV_StoreOutput(outRight, PyLong_FromLong(right)) || !CV_StoreOutput(outBottom, PyLong_FromLong(bottom)))
         return nullptr;
     return IntResult(1);
 }
@@ -708,7 +662,7 @@ PyObject* PY_XPLMSetWindowGeometry(PyObject* self, PyObject* args) {
     int left = 0, top = 0, right = 0, bottom = 0;
     void* window = nullptr;
     if (!PyArg_ParseTuple(args, "Oiiii", &idObject, &left, &top, &right, &bottom) ||
-        !HandleFromObject(idObject, &window))
+        !CV_PointerWord(idObject, &window))
         return nullptr;
     CV_SDK_GUARD(kModule, "XPLMSetWindowGeometry", IntResult(0),
                  XPLMSetWindowGeometry(window, left, top, right, bottom));
@@ -718,7 +672,7 @@ PyObject* PY_XPLMSetWindowGeometry(PyObject* self, PyObject* args) {
 PyObject* PY_XPLMGetWindowIsVisible(PyObject* self, PyObject* args) {
     PyObject* idObject = nullptr;
     void* window = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &idObject) || !HandleFromObject(idObject, &window)) return nullptr;
+    if (!PyArg_ParseTuple(args, "O", &idObject) || !CV_PointerWord(idObject, &window)) return nullptr;
     int visible = 0;
     CV_SDK_GUARD(kModule, "XPLMGetWindowIsVisible", IntResult(0), visible = XPLMGetWindowIsVisible(window));
     return IntResult(visible);
@@ -728,7 +682,7 @@ PyObject* PY_XPLMSetWindowIsVisible(PyObject* self, PyObject* args) {
     PyObject* idObject = nullptr;
     int visible = 0;
     void* window = nullptr;
-    if (!PyArg_ParseTuple(args, "Oi", &idObject, &visible) || !HandleFromObject(idObject, &window)) return nullptr;
+    if (!PyArg_ParseTuple(args, "Oi", &idObject, &visible) || !CV_PointerWord(idObject, &window)) return nullptr;
     CV_SDK_GUARD(kModule, "XPLMSetWindowIsVisible", IntResult(0), XPLMSetWindowIsVisible(window, visible));
     return IntResult(1);
 }
@@ -737,7 +691,7 @@ PyObject* PY_XPLMSetWindowIsVisible(PyObject* self, PyObject* args) {
 PyObject* PY_XPLMGetWindowRefCon(PyObject* self, PyObject* args) {
     PyObject* idObject = nullptr;
     void* window = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &idObject) || !HandleFromObject(idObject, &window)) return nullptr;
+    if (!PyArg_ParseTuple(args, "O", &idObject) || !CV_PointerWord(idObject, &window)) return nullptr;
     void* refcon = nullptr;
     CV_SDK_GUARD(kModule, "XPLMGetWindowRefCon", IntResult(0), refcon = XPLMGetWindowRefCon(window));
     return PyLong_FromVoidPtr(refcon);
@@ -752,7 +706,7 @@ PyObject* PY_XPLMSetWindowRefCon(PyObject* self, PyObject* args) {
     PyObject* idObject = nullptr;
     long refconValue = 0;
     void* window = nullptr;
-    if (!PyArg_ParseTuple(args, "Ol", &idObject, &refconValue) || !HandleFromObject(idObject, &window)) return nullptr;
+    if (!PyArg_ParseTuple(args, "Ol", &idObject, &refconValue) || !CV_PointerWord(idObject, &window)) return nullptr;
     _CallbackList** refcon = reinterpret_cast<_CallbackList**>(static_cast<intptr_t>(refconValue));
 
     auto target = std::find_if(gScriptWindows.begin(), gScriptWindows.end(),
@@ -774,7 +728,7 @@ PyObject* PY_XPLMSetWindowRefCon(PyObject* self, PyObject* args) {
 PyObject* PY_XPLMTakeKeyboardFocus(PyObject* self, PyObject* args) {
     PyObject* idObject = nullptr;
     void* window = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &idObject) || !HandleFromObject(idObject, &window)) return nullptr;
+    if (!PyArg_ParseTuple(args, "O", &idObject) || !CV_PointerWord(idObject, &window)) return nullptr;
     CV_SDK_GUARD(kModule, "XPLMTakeKeyboardFocus", IntResult(0), XPLMTakeKeyboardFocus(window));
     return IntResult(1);
 }
@@ -782,7 +736,7 @@ PyObject* PY_XPLMTakeKeyboardFocus(PyObject* self, PyObject* args) {
 PyObject* PY_XPLMBringWindowToFront(PyObject* self, PyObject* args) {
     PyObject* idObject = nullptr;
     void* window = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &idObject) || !HandleFromObject(idObject, &window)) return nullptr;
+    if (!PyArg_ParseTuple(args, "O", &idObject) || !CV_PointerWord(idObject, &window)) return nullptr;
     CV_SDK_GUARD(kModule, "XPLMBringWindowToFront", IntResult(0), XPLMBringWindowToFront(window));
     return IntResult(1);
 }
@@ -790,7 +744,7 @@ PyObject* PY_XPLMBringWindowToFront(PyObject* self, PyObject* args) {
 PyObject* PY_XPLMIsWindowInFront(PyObject* self, PyObject* args) {
     PyObject* idObject = nullptr;
     void* window = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &idObject) || !HandleFromObject(idObject, &window)) return nullptr;
+    if (!PyArg_ParseTuple(args, "O", &idObject) || !CV_PointerWord(idObject, &window)) return nullptr;
     int inFront = 0;
     CV_SDK_GUARD(kModule, "XPLMIsWindowInFront", IntResult(0), inFront = XPLMIsWindowInFront(window));
     return IntResult(inFront);

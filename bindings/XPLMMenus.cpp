@@ -32,13 +32,6 @@ const CV_IntConstant XPLMMenusConstants[] = {
 
 PyObject* IntResult(long value) { return PyLong_FromLong(value); }
 
-// Menu ids, parent menus, menu and item refcons come from scripts as integers; anything else
-// raises TypeError.
-bool PointerFromObject(PyObject* object, void** pointer) {
-    *pointer = PyLong_AsVoidPtr(object);
-    return !(*pointer == nullptr && PyErr_Occurred());
-}
-
 // The menus the simulator holds, each with the record its handler is called through. Two menus
 // created with one handler leave the second menu's id in the first menu's record, so destroying
 // the second removes the first one's record from the list; that record stays allocated while the
@@ -65,7 +58,7 @@ PyObject* PY_XPLMCreateMenu(PyObject* self, PyObject* args) {
     if (!PyArg_ParseTuple(args, "OsOiOO", &scriptId, &name, &parentObject, &parentItem, &handler, &menuRefObject))
         return nullptr;
     void *parent = nullptr, *menuRef = nullptr;
-    if (!PointerFromObject(parentObject, &parent) || !PointerFromObject(menuRefObject, &menuRef)) return nullptr;
+    if (!CV_PointerWord(parentObject, &parent) || !CV_PointerWord(menuRefObject, &menuRef)) return nullptr;
 
     _CallbackList* entry = CVTestTable->AddCallback(&MenuCallbackList, scriptId, nullptr, handler, menuRef);
     XPLMMenuID menu = nullptr;
@@ -87,7 +80,7 @@ PyObject* PY_XPLMDestroyMenu(PyObject* self, PyObject* args) {
     const char* const function = "XPLMDestroyMenu";
     PyObject *scriptId = nullptr, *idObject = nullptr;
     void* menu = nullptr;
-    if (!PyArg_ParseTuple(args, "OO", &scriptId, &idObject) || !PointerFromObject(idObject, &menu)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OO", &scriptId, &idObject) || !CV_PointerWord(idObject, &menu)) return nullptr;
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
@@ -128,7 +121,7 @@ PyObject* PY_XPLMRemoveMenuItem(PyObject* self, PyObject* args) {
     PyObject* idObject = nullptr;
     int index = 0;
     void* menu = nullptr;
-    if (!PyArg_ParseTuple(args, "Oi", &idObject, &index) || !PointerFromObject(idObject, &menu)) return nullptr;
+    if (!PyArg_ParseTuple(args, "Oi", &idObject, &index) || !CV_PointerWord(idObject, &menu)) return nullptr;
     CV_SDK_GUARD(kModule, function, IntResult(0), XPLMRemoveMenuItem_ptr(menu, index));
     return IntResult(1);
 }
@@ -136,7 +129,7 @@ PyObject* PY_XPLMRemoveMenuItem(PyObject* self, PyObject* args) {
 PyObject* PY_XPLMClearAllMenuItems(PyObject* self, PyObject* args) {
     PyObject* idObject = nullptr;
     void* menu = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &idObject) || !PointerFromObject(idObject, &menu)) return nullptr;
+    if (!PyArg_ParseTuple(args, "O", &idObject) || !CV_PointerWord(idObject, &menu)) return nullptr;
     CV_SDK_GUARD(kModule, "XPLMClearAllMenuItems", IntResult(0), XPLMClearAllMenuItems(menu));
     return IntResult(1);
 }
@@ -147,7 +140,7 @@ PyObject* PY_XPLMAppendMenuItem(PyObject* self, PyObject* args) {
     int forceEnglish = 0;
     void *menu = nullptr, *itemRef = nullptr;
     if (!PyArg_ParseTuple(args, "OsOi", &idObject, &itemName, &itemRefObject, &forceEnglish) ||
-        !PointerFromObject(idObject, &menu) || !PointerFromObject(itemRefObject, &itemRef))
+        !CV_PointerWord(idObject, &menu) || !CV_PointerWord(itemRefObject, &itemRef))
         return nullptr;
     int index = 0;
     CV_SDK_GUARD(kModule, "XPLMAppendMenuItem", IntResult(0),
@@ -158,7 +151,7 @@ PyObject* PY_XPLMAppendMenuItem(PyObject* self, PyObject* args) {
 PyObject* PY_XPLMAppendMenuSeparator(PyObject* self, PyObject* args) {
     PyObject* idObject = nullptr;
     void* menu = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &idObject) || !PointerFromObject(idObject, &menu)) return nullptr;
+    if (!PyArg_ParseTuple(args, "O", &idObject) || !CV_PointerWord(idObject, &menu)) return nullptr;
     CV_SDK_GUARD(kModule, "XPLMAppendMenuSeparator", IntResult(0), XPLMAppendMenuSeparator(menu));
     return IntResult(1);
 }
@@ -169,7 +162,7 @@ PyObject* PY_XPLMSetMenuItemName(PyObject* self, PyObject* args) {
     const char* itemName = nullptr;
     void* menu = nullptr;
     if (!PyArg_ParseTuple(args, "Oisi", &idObject, &index, &itemName, &forceEnglish) ||
-        !PointerFromObject(idObject, &menu))
+        !CV_PointerWord(idObject, &menu))
         return nullptr;
     CV_SDK_GUARD(kModule, "XPLMSetMenuItemName", IntResult(0), XPLMSetMenuItemName(menu, index, itemName, forceEnglish));
     return IntResult(1);
@@ -179,7 +172,7 @@ PyObject* PY_XPLMCheckMenuItem(PyObject* self, PyObject* args) {
     PyObject* idObject = nullptr;
     int index = 0, check = 0;
     void* menu = nullptr;
-    if (!PyArg_ParseTuple(args, "Oii", &idObject, &index, &check) || !PointerFromObject(idObject, &menu)) return nullptr;
+    if (!PyArg_ParseTuple(args, "Oii", &idObject, &index, &check) || !CV_PointerWord(idObject, &menu)) return nullptr;
     CV_SDK_GUARD(kModule, "XPLMCheckMenuItem", IntResult(0), XPLMCheckMenuItem(menu, index, check));
     return IntResult(1);
 }
@@ -188,7 +181,7 @@ PyObject* PY_XPLMCheckMenuItemState(PyObject* self, PyObject* args) {
     PyObject* idObject = nullptr;
     int index = 0;
     void* menu = nullptr;
-    if (!PyArg_ParseTuple(args, "Oi", &idObject, &index) || !PointerFromObject(idObject, &menu)) return nullptr;
+    if (!PyArg_ParseTuple(args, "Oi", &idObject, &index) || !CV_PointerWord(idObject, &menu)) return nullptr;
     XPLMMenuCheck check = xplm_Menu_NoCheck;
     CV_SDK_GUARD(kModule, "XPLMCheckMenuItemState", IntResult(0), XPLMCheckMenuItemState(menu, index, &check));
     return IntResult(check);
@@ -198,7 +191,7 @@ PyObject* PY_XPLMEnableMenuItem(PyObject* self, PyObject* args) {
     PyObject* idObject = nullptr;
     int index = 0, enabled = 0;
     void* menu = nullptr;
-    if (!PyArg_ParseTuple(args, "Oii", &idObject, &index, &enabled) || !PointerFromObject(idObject, &menu))
+    if (!PyArg_ParseTuple(args, "Oii", &idObject, &index, &enabled) || !CV_PointerWord(idObject, &menu))
         return nullptr;
     CV_SDK_GUARD(kModule, "XPLMEnableMenuItem", IntResult(0), XPLMEnableMenuItem(menu, index, enabled));
     return IntResult(1);

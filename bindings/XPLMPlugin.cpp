@@ -54,37 +54,6 @@ PyObject* TextResult(const char* text) {
     return PyUnicode_DecodeUTF8(text, static_cast<Py_ssize_t>(strlen(text)), "replace");
 }
 
-// A script's refcon as the integer word it is recorded as. False with the Python error set when
-// the object is not an integer.
-bool RefconWord(PyObject* object, void** refcon) {
-    *refcon = PyLong_AsVoidPtr(object);
-    return !(*refcon == nullptr && PyErr_Occurred());
-}
-
-// An output argument: None (the SDK gets no buffer) or a list to receive the value. Anything else
-// raises TypeError.
-bool CheckOutputList(PyObject* object) {
-    if (object == Py_None || PyList_Check(object)) return true;
-    PyErr_SetString(PyExc_TypeError, "expected sequence");
-    return false;
-}
-
-// Puts a value into an output list: appended to an empty list, else stored as item 0. Takes the
-// new reference of `value` in every case. False with the Python error set on failure.
-bool StoreOutput(PyObject* list, PyObject* value) {
-    if (value == nullptr) return false;
-    if (list == Py_None) {
-        Py_DECREF(value);
-        return true;
-    }
-    if (PyList_GET_SIZE(list) == 0) {
-        int rc = PyList_Append(list, value);
-        Py_DECREF(value);
-        return rc == 0;
-    }
-    return PyList_SetItem(list, 0, value) == 0;  // steals the reference
-}
-
 // The feature collector handed to the simulator when the module is created.
 void CV_FeatureEnum(const char* inFeature, void* inRef) {
     if (CVTestTable == nullptr || inFeature == nullptr) return;
@@ -149,7 +118,7 @@ PyObject* PY_XPLMFindPluginBySignature(PyObject* self, PyObject* args) {
 // XPLMGetPluginInfo and its native-path variant: `scriptId` is null for the plain function.
 PyObject* GetPluginInfo(PyObject* scriptId, int plugin, PyObject* outs[4]) {
     for (int i = 0; i < 4; ++i)
-        if (!CheckOutputList(outs[i])) return nullptr;
+        if (!CV_CheckOutputList(outs[i])) return nullptr;
     char texts[4][kInfoBufferSize] = {};
     char* buffers[4];
     for (int i = 0; i < 4; ++i) buffers[i] = outs[i] == Py_None ? nullptr : texts[i];
@@ -167,7 +136,7 @@ PyObject* GetPluginInfo(PyObject* scriptId, int plugin, PyObject* outs[4]) {
     for (int i = 0; i < 4; ++i) {
         if (buffers[i] == nullptr) continue;
         texts[i][kInfoBufferSize - 1] = '\0';
-        if (!StoreOutput(outs[i], TextResult(texts[i]))) return nullptr;
+        if (!CV_StoreOutput(outs[i], TextResult(texts[i]))) return nullptr;
     }
     return IntResult(1);
 }
@@ -326,7 +295,7 @@ PyObject* PY_XPLMEnumerateFeatures(PyObject* self, PyObject* args) {
     PyObject *scriptId = nullptr, *callable = nullptr, *refconObject = nullptr;
     if (!PyArg_ParseTuple(args, "OOO", &scriptId, &callable, &refconObject)) return nullptr;
     void* refcon = nullptr;
-    if (!RefconWord(refconObject, &refcon)) return nullptr;
+    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
 
     int found = 0, index = 0;
     CVTestTable->FindCallback(FeatureEnumeratorCallbackList, scriptId, callable, refcon, &found, &index);
@@ -355,7 +324,7 @@ PyObject* PY_CV_RemoveEnumerateFeatures(PyObject* self, PyObject* args) {
     PyObject *scriptId = nullptr, *callable = nullptr, *refconObject = nullptr;
     if (!PyArg_ParseTuple(args, "OOO", &scriptId, &callable, &refconObject)) return nullptr;
     void* refcon = nullptr;
-    if (!RefconWord(refconObject, &refcon)) return nullptr;
+    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);

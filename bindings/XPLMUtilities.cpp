@@ -264,45 +264,6 @@ PyObject* TextResult(const std::string& text) { return TextResult(text.data(), t
 PyObject* EmptyText() { return TextResult("", 0); }
 PyObject* TwoEmptyTexts() { return Py_BuildValue("(ss)", "", ""); }
 
-// A script's refcon or a handle as the integer word it stands for. False with the Python error set
-// when the object is not an integer.
-bool PointerWord(PyObject* object, void** word) {
-    *word = PyLong_AsVoidPtr(object);
-    return !(*word == nullptr && PyErr_Occurred());
-}
-
-// An output argument: None (the SDK gets no pointer) or a list to receive the value. Anything else
-// raises TypeError.
-bool CheckOutputList(PyObject* object) {
-    if (object == Py_None || PyList_Check(object)) return true;
-    PyErr_SetString(PyExc_TypeError, "expected sequence");
-    return false;
-}
-
-// Puts a value into an output list: appended to an empty list, else stored as item 0. Takes the
-// new reference of `value` in every case. False with the Python error set on failure.
-bool StoreOutput(PyObject* list, PyObject* value) {
-    if (value == nullptr) return false;
-    if (list == Py_None) {
-        Py_DECREF(value);
-        return true;
-    }
-    if (PyList_GET_SIZE(list) == 0) {
-        int rc = PyList_Append(list, value);
-        Py_DECREF(value);
-        return rc == 0;
-    }
-    return PyList_SetItem(list, 0, value) == 0;  // steals the reference
-}
-
-// Appends a new value to a list; takes the reference of `value`.
-bool AppendOutput(PyObject* list, PyObject* value) {
-    if (value == nullptr) return false;
-    int rc = PyList_Append(list, value);
-    Py_DECREF(value);
-    return rc == 0;
-}
-
 // The functions of SDK 2.00 are reached through the pointers found at start; where the simulator
 // lacks one, the binding says so before it even looks at its arguments.
 #define CV_REQUIRE_SDK200(function)                          \
@@ -490,7 +451,7 @@ PyObject* GetDirectoryContents(PyObject* args, bool nativePaths) {
         return nullptr;
     }
     for (PyObject* out : {outNames, outIndices, outTotal, outReturned})
-        if (!CheckOutputList(out)) return nullptr;
+        if (!CV_CheckOutputList(out)) return nullptr;
 
     // What the script asks for is allocated here, so it is bounded here.
     if (firstReturn < 0 || firstReturn > INT_MAX) {
@@ -534,14 +495,14 @@ PyObject* GetDirectoryContents(PyObject* args, bool nativePaths) {
 
     // outFileNames gets the buffer as one text, so only its first name; outIndices every name
     // returned. Without outReturnedFiles the number returned is unknown, and taken as none.
-    if (outNames != Py_None && !AppendOutput(outNames, TextResult(names.data()))) return nullptr;
+    if (outNames != Py_None && !CV_AppendOutput(outNames, TextResult(names.data()))) return nullptr;
     if (outIndices != Py_None) {
         for (const std::string& name :
              CV_NamesFromIndices(names.data(), names.size(), indices.data(), static_cast<int>(indices.size()),
                                  returnedPointer ? returned : 0))
-            if (!AppendOutput(outIndices, TextResult(name))) return nullptr;
+            if (!CV_AppendOutput(outIndices, TextResult(name))) return nullptr;
     }
-    if (!StoreOutput(outTotal, IntResult(total)) || !StoreOutput(outReturned, IntResult(returned))) return nullptr;
+    if (!CV_StoreOutput(outTotal, IntResult(total)) || !CV_StoreOutput(outReturned, IntResult(returned))) return nullptr;
     return Py_BuildValue("(i)", result);
 }
 
@@ -679,7 +640,7 @@ PyObject* RunCommand(PyObject* args, const char* function, void (*run)(XPLMComma
     PyObject* commandObject = nullptr;
     if (!PyArg_ParseTuple(args, "O", &commandObject)) return nullptr;
     void* command = nullptr;
-    if (!PointerWord(commandObject, &command)) return nullptr;
+    if (!CV_PointerWord(commandObject, &command)) return nullptr;
     CV_SDK_GUARD(kModule, function, IntResult(0), run(command));
     return IntResult(1);
 }
@@ -745,7 +706,7 @@ PyObject* PY_XPLMRegisterCommandHandler(PyObject* self, PyObject* args) {
     int before = 0;
     if (!PyArg_ParseTuple(args, "OOOiO", &scriptId, &commandObject, &handler, &before, &refconObject)) return nullptr;
     void *command = nullptr, *refcon = nullptr;
-    if (!PointerWord(commandObject, &command) || !PointerWord(refconObject, &refcon)) return nullptr;
+    if (!CV_PointerWord(commandObject, &command) || !CV_PointerWord(refconObject, &refcon)) return nullptr;
 
     _CallbackList* entry = CVTestTable->AddCallback(&CommandCallbackList, scriptId, nullptr, handler, refcon);
     gCV_CommandRegistrations[entry] = CommandRegistration{command, before};
@@ -772,7 +733,7 @@ PyObject* PY_XPLMUnregisterCommandHandler(PyObject* self, PyObject* args) {
     int before = 0;
     if (!PyArg_ParseTuple(args, "OOOiO", &scriptId, &commandObject, &handler, &before, &refconObject)) return nullptr;
     void *command = nullptr, *refcon = nullptr;
-    if (!PointerWord(commandObject, &command) || !PointerWord(refconObject, &refcon)) return nullptr;
+    if (!CV_PointerWord(commandObject, &command) || !CV_PointerWord(refconObject, &refcon)) return nullptr;
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);

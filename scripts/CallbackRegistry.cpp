@@ -352,3 +352,12 @@ void CV_DebugCallbackTrace(const char* function, const std::string& details, std
     for (const CV_ListSize& s : sizes) CV_WriteToLogf("%s size = %d\n", s.name, static_cast<int>(s.size));
     CV_WriteToLogf("%s\n", function);
 }
+
+void CV_TakeOutOfList(CV_CallbackVector* list, _CallbackList* entry, int index) {
+    if (index >= 0 && static_cast<size_t>(index) < list->size() && (*list)[index] == entry) {
+        list->erase(list->begin() + index);
+        return;
+    }
+    auto it = std::find(list->begin(), list->end(), entry);
+    if (it != list->end()) list->erase(it);
+}

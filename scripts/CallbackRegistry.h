@@ -112,6 +112,10 @@ extern CV_BlockVector DrawWindowMemoryPointerList;
 extern unsigned CV_InterpreterGeneration;
 // Call once per start of the interpreter, right after it is initialised, before any script runs.
 void CV_BeginInterpreterGeneration();
+
+// Takes a record out of its list without freeing it (for records the simulator still holds): at
+// index when it is there, else wherever it is.
+void CV_TakeOutOfList(CV_CallbackVector* list, _CallbackList* entry, int index);
 // True when the record belongs to the running interpreter (and so may be called).
 inline bool CV_IsCurrentGeneration(unsigned generation) {
     return generation == CV_InterpreterGeneration && Py_IsInitialized();

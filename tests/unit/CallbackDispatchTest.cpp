@@ -186,7 +186,8 @@ TEST_F(CallbackDispatchTest, RecordsOfAnEarlierInterpreterAreNeverCalled) {
     _CallbackList* kept = table.AddCallback(&FlightLoopCallbackList, s_, nullptr, Method(s_, "loop"), Refcon(2));
     CV_BeginInterpreterGeneration();
     Run("calls.clear()");
-    EXPECT_FLOAT_EQ(CV_FlightLoopCallback(0.05f, 0.05f, 2, kept), 1.0f);
+    // Not called, and no longer scheduled.
+    EXPECT_FLOAT_EQ(CV_FlightLoopCallback(0.05f, 0.05f, 2, kept), 0.0f);
     EXPECT_EQ(Eval("calls"), "[]");
 
     // Deleting a record of this interpreter drops the registry's reference again.
