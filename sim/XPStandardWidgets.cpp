@@ -1,3 +1,468 @@
-// XPStandardWidgets: the standard widget classes. The header declares only their messages and
-// properties; their behaviour (behind XPGetWidgetClassFunc) is not yet simulated.
+// XPStandardWidgets: the standard widget classes' widget functions.
+//
+// The header declares only the classes' messages and properties; their behaviour lives here, behind
+// XPGetWidgetClassFunc, and works through the SDK's own functions, so that a plugin's callbacks on a
+// standard widget see the same messages the simulator's widgets send. A widget gets its class's
+// properties when it is created (or when a class function is added to it), without messages.
+//
+// The headless parts: nothing is drawn (xpMsg_Draw is handled, so children are painted), and the
+// standard widgets use fixed metrics: a main window's title bar is its top 20 pixels and its close
+// boxes the 16-pixel squares 4 pixels in from its top corners; a text field has no font, so a click
+// puts the caret at the end of the text; a scroll bar is laid out by XPGetTrackMetrics.
 #include "XPStandardWidgets.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <string>
+#include <utility>
+
+#include "XPLMDefs.h"
+#include "XPUIGraphics.h"
+#include "XPWidgetUtils.h"
+#include "XPWidgets.h"
+#include "world/Widgets.h"
+
+namespace {
+
+using xpsim::WidgetRecord;
+
+constexpr int kTitleBarHeight = 20;
+constexpr int kCloseBoxSize = 16;
+constexpr int kCloseBoxInset = 4;
+
+// Parts of a standard widget that a mouse down can press (WidgetRecord::pressedPart).
+enum Part { kNoPart = 0, kButtonPart, kCloseBoxPart, kDownButton, kDownPage, kThumb, kUpPage, kUpButton };
+
+WidgetRecord* Record(XPWidgetID id) {
+    std::string ignored;
+    return xpsim::WidgetFromHandle(id, ignored);
+}
+
+const XPMouseState_t* Mouse(intptr_t param) { return reinterpret_cast<const XPMouseState_t*>(param); }
+
+intptr_t Property(XPWidgetID id, XPWidgetPropertyID property) { return XPGetWidgetProperty(id, property, nullptr); }
+
+// Gives a widget the properties its class starts with, keeping those it has.
+void Defaults(WidgetRecord& widget, std::initializer_list<std::pair<XPWidgetPropertyID, intptr_t>> defaults) {
+    for (const auto& entry : defaults) widget.properties.emplace(entry.first, entry.second);
+}
+
+// A widget without xpProperty_Enabled is enabled.
+bool Enabled(XPWidgetID id) {
+    int exists = 0;
+    const intptr_t value = XPGetWidgetProperty(id, xpProperty_Enabled, &exists);
+    return exists == 0 || value != 0;
+}
+
+// ------------------------------------------------------------------ windows
+
+bool InCloseBox(const WidgetRecord& widget, int x, int y) {
+    const int top = widget.top - kCloseBoxInset;
+    if (y > top || y < top - kCloseBoxSize) return false;
+    const int leftBox = widget.left + kCloseBoxInset;
+    const int rightBox = widget.right - kCloseBoxInset;
+    return (x >= leftBox && x <= leftBox + kCloseBoxSize) || (x <= rightBox && x >= rightBox - kCloseBoxSize);
+}
+
+int DragByTitleBar(XPWidgetMessage message, XPWidgetID id, intptr_t param1, const WidgetRecord& widget) {
+    return XPUDragWidget(message, id, param1, 0, widget.left, widget.top, widget.right,
+                         widget.top - kTitleBarHeight);
+}
+
+int MainWindow(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t param2) {
+    WidgetRecord* widget = Record(id);
+    if (widget == nullptr) return 0;
+    switch (message) {
+        case xpMsg_Create:
+            Defaults(*widget, {{xpProperty_MainWindowType, xpMainWindowStyle_MainWindow},
+                               {xpProperty_MainWindowHasCloseBoxes, 0}});
+            return 1;
+        case xpMsg_Draw:
+            XPDrawWindow(widget->left, widget->bottom, widget->right, widget->top, xpWindow_MainWindow);
+            return 1;
+        case xpMsg_Reshape:
+            return XPUFixedLayout(message, id, param1, param2);
+        case xpMsg_MouseDown: {
+            if (param1 == 0) return 0;
+            const XPMouseState_t* mouse = Mouse(param1);
+            XPUSelectIfNeeded(message, id, param1, param2, 0);
+            widget->pressedPart = kNoPart;
+            if (Property(id, xpProperty_MainWindowHasCloseBoxes) != 0 && InCloseBox(*widget, mouse->x, mouse->y)) {
+                widget->pressedPart = kCloseBoxPart;
+                return 1;
+            }
+            DragByTitleBar(message, id, param1, *widget);
+            return 1;  // the window's background takes the click
+        }
+        case xpMsg_MouseDrag:
+        case xpMsg_MouseUp: {
+            if (param1 == 0) return 0;
+            const XPMouseState_t* mouse = Mouse(param1);
+            if (widget->pressedPart == kCloseBoxPart) {
+                if (message == xpMsg_MouseUp) {
+                    widget->pressedPart = kNoPart;
+                    if (InCloseBox(*widget, mouse->x, mouse->y))
+                        XPSendMessageToWidget(id, xpMessage_CloseButtonPushed, xpMode_UpChain,
+                                              reinterpret_cast<intptr_t>(id), 0);
+                }
+                return 1;
+            }
+            DragByTitleBar(message, id, param1, *widget);
+            return 1;
+        }
+        default:
+            return 0;
+    }
+}
+
+int SubWindow(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t param2) {
+    WidgetRecord* widget = Record(id);
+    if (widget == nullptr) return 0;
+    switch (message) {
+        case xpMsg_Create:
+            Defaults(*widget, {{xpProperty_SubWindowType, xpSubWindowStyle_SubWindow}});
+            return 1;
+        case xpMsg_Draw:
+            XPDrawWindow(widget->left, widget->bottom, widget->right, widget->top, xpWindow_SubWindow);
+            return 1;
+        case xpMsg_Reshape:
+            return XPUFixedLayout(message, id, param1, param2);
+        default:
+            return 0;
+    }
+}
+
+// ------------------------------------------------------------------ buttons
+
+void Press(XPWidgetID id) {
+    const intptr_t self = reinterpret_cast<intptr_t>(id);
+    switch (Property(id, xpProperty_ButtonBehavior)) {
+        case xpButtonBehaviorCheckBox: {
+            const intptr_t state = Property(id, xpProperty_ButtonState) != 0 ? 0 : 1;
+            XPSetWidgetProperty(id, xpProperty_ButtonState, state);
+            XPSendMessageToWidget(id, xpMsg_ButtonStateChanged, xpMode_UpChain, self, state);
+            break;
+        }
+        case xpButtonBehaviorRadioButton:
+            if (Property(id, xpProperty_ButtonState) != 0) break;
+            XPSetWidgetProperty(id, xpProperty_ButtonState, 1);
+            XPSendMessageToWidget(id, xpMsg_ButtonStateChanged, xpMode_UpChain, self, 1);
+            break;
+        default:
+            XPSendMessageToWidget(id, xpMsg_PushButtonPressed, xpMode_UpChain, self, 0);
+            break;
+    }
+}
+
+int Button(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t) {
+    WidgetRecord* widget = Record(id);
+    if (widget == nullptr) return 0;
+    switch (message) {
+        case xpMsg_Create:
+            Defaults(*widget, {{xpProperty_ButtonType, xpPushButton},
+                               {xpProperty_ButtonBehavior, xpButtonBehaviorPushButton},
+                               {xpProperty_ButtonState, 0}});
+            return 1;
+        case xpMsg_Draw:
+            XPDrawElement(widget->left, widget->bottom, widget->right, widget->top, xpElement_PushButton,
+                          Property(id, xpProperty_Hilited) != 0);
+            return 1;
+        case xpMsg_MouseDown:
+            if (!Enabled(id)) return 0;
+            widget->pressedPart = kButtonPart;
+            XPSetWidgetProperty(id, xpProperty_Hilited, 1);
+            return 1;
+        case xpMsg_MouseDrag:
+            if (widget->pressedPart == kButtonPart && param1 != 0) {
+                const bool inside = xpsim::WidgetContains(*widget, Mouse(param1)->x, Mouse(param1)->y);
+                if ((Property(id, xpProperty_Hilited) != 0) != inside) XPSetWidgetProperty(id, xpProperty_Hilited, inside);
+            }
+            return 1;
+        case xpMsg_MouseUp: {
+            if (widget->pressedPart != kButtonPart || param1 == 0) return 1;
+            widget->pressedPart = kNoPart;
+            if (Property(id, xpProperty_Hilited) != 0) XPSetWidgetProperty(id, xpProperty_Hilited, 0);
+            // Released over the button: it is pushed.
+            if (xpsim::WidgetContains(*widget, Mouse(param1)->x, Mouse(param1)->y)) Press(id);
+            return 1;
+        }
+        default:
+            return 0;
+    }
+}
+
+// ------------------------------------------------------------------ text fields
+
+bool EditingKey(int virtualKey) {
+    return virtualKey == XPLM_VK_BACK || virtualKey == XPLM_VK_DELETE || virtualKey == XPLM_VK_LEFT ||
+           virtualKey == XPLM_VK_RIGHT || virtualKey == XPLM_VK_HOME || virtualKey == XPLM_VK_END;
+}
+
+void SetSelection(XPWidgetID id, intptr_t start, intptr_t end) {
+    if (Property(id, xpProperty_EditFieldSelStart) != start) XPSetWidgetProperty(id, xpProperty_EditFieldSelStart, start);
+    if (Property(id, xpProperty_EditFieldSelEnd) != end) XPSetWidgetProperty(id, xpProperty_EditFieldSelEnd, end);
+}
+
+// Edits the text by a key message; 0 for keys a text field has no use for (Return, Tab, Escape,
+// control and alt combinations), which go on up the chain.
+int TypeKey(XPWidgetID id, WidgetRecord& widget, const XPKeyState_t& key) {
+    const int virtualKey = static_cast<unsigned char>(key.vkey);
+    const unsigned char character = static_cast<unsigned char>(key.key);
+    if ((key.flags & (xplm_ControlFlag | xplm_OptionAltFlag)) != 0) return 0;
+    const bool printable = character >= 32 && character < 127 && !EditingKey(virtualKey);
+    if (!printable && !EditingKey(virtualKey)) return 0;
+    if ((key.flags & xplm_UpFlag) != 0) return 1;  // the release of a key the field used
+    std::string text = widget.descriptor;
+    const intptr_t length = intptr_t(text.size());
+    intptr_t start = std::clamp<intptr_t>(Property(id, xpProperty_EditFieldSelStart), 0, length);
+    intptr_t end = std::clamp<intptr_t>(Property(id, xpProperty_EditFieldSelEnd), 0, length);
+    if (start > end) std::swap(start, end);
+    intptr_t caret = start;
+    bool changed = false;
+    switch (virtualKey) {
+        case XPLM_VK_BACK:
+        case XPLM_VK_DELETE:
+            if (start < end) {
+                text.erase(size_t(start), size_t(end - start));
+                changed = true;
+            } else if (virtualKey == XPLM_VK_BACK && start > 0) {
+                text.erase(size_t(start - 1), 1);
+                caret = start - 1;
+                changed = true;
+            } else if (virtualKey == XPLM_VK_DELETE && start < length) {
+                text.erase(size_t(start), 1);
+                changed = true;
+            }
+            break;
+        case XPLM_VK_LEFT: caret = start < end ? start : std::max<intptr_t>(0, start - 1); break;
+        case XPLM_VK_RIGHT: caret = start < end ? end : std::min(length, end + 1); break;
+        case XPLM_VK_HOME: caret = 0; break;
+        case XPLM_VK_END: caret = length; break;
+        default: {
+            const intptr_t limit = Property(id, xpProperty_MaxCharacters);
+            if (limit > 0 && length - (end - start) + 1 > limit) return 1;  // full: the key is eaten
+            text.replace(size_t(start), size_t(end - start), 1, char(character));
+            caret = start + 1;
+            changed = true;
+            break;
+        }
+    }
+    if (changed) XPSetWidgetDescriptor(id, text.c_str());
+    SetSelection(id, caret, caret);
+    if (changed)
+        XPSendMessageToWidget(id, xpMsg_TextFieldChanged, xpMode_UpChain, reinterpret_cast<intptr_t>(id), 0);
+    return 1;
+}
+
+int TextField(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t) {
+    WidgetRecord* widget = Record(id);
+    if (widget == nullptr) return 0;
+    switch (message) {
+        case xpMsg_Create:
+            Defaults(*widget, {{xpProperty_EditFieldSelStart, 0},
+                               {xpProperty_EditFieldSelEnd, 0},
+                               {xpProperty_EditFieldSelDragStart, 0},
+                               {xpProperty_TextFieldType, xpTextEntryField},
+                               {xpProperty_PasswordMode, 0},
+                               {xpProperty_MaxCharacters, 0},
+                               {xpProperty_ScrollPosition, 0},
+                               {xpProperty_Font, 0},
+                               {xpProperty_ActiveEditSide, 0}});
+            return 1;
+        case xpMsg_Draw:
+            XPDrawElement(widget->left, widget->bottom, widget->right, widget->top, xpElement_TextField, 0);
+            return 1;
+        case xpMsg_MouseDown: {
+            if (!Enabled(id)) return 0;
+            if (XPSetKeyboardFocus(id) == id) {
+                const intptr_t length = intptr_t(widget->descriptor.size());
+                SetSelection(id, length, length);
+            }
+            return 1;
+        }
+        case xpMsg_MouseDrag:
+        case xpMsg_MouseUp:
+            return 1;
+        case xpMsg_KeyTakeFocus:
+            return Enabled(id) ? 1 : 0;
+        case xpMsg_KeyLoseFocus:
+            return 1;
+        case xpMsg_KeyPress:
+            return param1 != 0 ? TypeKey(id, *widget, *reinterpret_cast<const XPKeyState_t*>(param1)) : 0;
+        default:
+            return 0;
+    }
+}
+
+// ------------------------------------------------------------------ scroll bars
+
+struct Track {
+    bool vertical;
+    int button, downPage, thumb, upPage;
+    intptr_t lo, hi;
+    int Free() const { return downPage + upPage; }
+};
+
+Track Measure(XPWidgetID id, const WidgetRecord& widget) {
+    Track track;
+    const intptr_t min = Property(id, xpProperty_ScrollBarMin), max = Property(id, xpProperty_ScrollBarMax);
+    track.lo = std::min(min, max);
+    track.hi = std::max(min, max);
+    const XPTrackStyle style =
+        Property(id, xpProperty_ScrollBarType) == xpScrollBarTypeSlider ? xpTrack_Slider : xpTrack_ScrollBar;
+    int vertical = 0, upButton = 0;
+    XPGetTrackMetrics(widget.left, widget.bottom, widget.right, widget.top, int(min), int(max),
+                      int(Property(id, xpProperty_ScrollBarSliderPosition)), style, &vertical, &track.button,
+                      &track.downPage, &track.thumb, &track.upPage, &upButton);
+    track.vertical = vertical != 0;
+    return track;
+}
+
+// How far a point lies along the track from its "down" end: the left of a horizontal bar, the top of
+// a vertical one.
+int Along(const Track& track, const WidgetRecord& widget, const XPMouseState_t& mouse) {
+    return track.vertical ? widget.top - mouse.y : mouse.x - widget.left;
+}
+
+void MoveSlider(XPWidgetID id, const Track& track, long long position) {
+    const intptr_t value = intptr_t(std::clamp<long long>(position, track.lo, track.hi));
+    if (value == Property(id, xpProperty_ScrollBarSliderPosition)) return;
+    XPSetWidgetProperty(id, xpProperty_ScrollBarSliderPosition, value);
+    XPSendMessageToWidget(id, xpMsg_ScrollBarSliderPositionChanged, xpMode_UpChain, reinterpret_cast<intptr_t>(id), 0);
+}
+
+// The position whose thumb starts `offset` pixels past the down button.
+long long PositionAt(const Track& track, int offset) {
+    if (track.Free() <= 0) return track.lo;
+    const long long span = track.hi - track.lo;
+    const long long clamped = std::clamp(offset, 0, track.Free());
+    return track.lo + (clamped * span + track.Free() / 2) / track.Free();
+}
+
+int ScrollBar(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t) {
+    WidgetRecord* widget = Record(id);
+    if (widget == nullptr) return 0;
+    switch (message) {
+        case xpMsg_Create:
+            Defaults(*widget, {{xpProperty_ScrollBarSliderPosition, 0},
+                               {xpProperty_ScrollBarMin, 0},
+                               {xpProperty_ScrollBarMax, 100},
+                               {xpProperty_ScrollBarPageAmount, 10},
+                               {xpProperty_ScrollBarType, xpScrollBarTypeScrollBar},
+                               {xpProperty_ScrollBarSlop, 0}});
+            return 1;
+        case xpMsg_Draw:
+            return 1;
+        case xpMsg_PropertyChanged: {
+            // The position stays within the range, whoever sets what.
+            if (param1 != xpProperty_ScrollBarSliderPosition && param1 != xpProperty_ScrollBarMin &&
+                param1 != xpProperty_ScrollBarMax)
+                return 0;
+            const Track track = Measure(id, *widget);
+            intptr_t& position = widget->properties[xpProperty_ScrollBarSliderPosition];
+            position = std::clamp(position, track.lo, track.hi);
+            return 0;
+        }
+        case xpMsg_MouseDown: {
+            if (!Enabled(id) || param1 == 0) return 0;
+            const Track track = Measure(id, *widget);
+            const intptr_t position = Property(id, xpProperty_ScrollBarSliderPosition);
+            const intptr_t page = std::max<intptr_t>(1, Property(id, xpProperty_ScrollBarPageAmount));
+            const int along = Along(track, *widget, *Mouse(param1));
+            const int thumbStart = track.button + track.downPage;
+            widget->pressedPart = kNoPart;
+            if (Property(id, xpProperty_ScrollBarType) == xpScrollBarTypeSlider) {
+                // A slider's knob jumps to the point and follows the mouse.
+                widget->pressedPart = kThumb;
+                widget->pressX = track.thumb / 2;
+                MoveSlider(id, track, PositionAt(track, along - track.thumb / 2));
+            } else if (along < track.button) {
+                widget->pressedPart = kDownButton;
+                MoveSlider(id, track, position - 1);
+            } else if (along < thumbStart) {
+                widget->pressedPart = kDownPage;
+                MoveSlider(id, track, position - page);
+            } else if (along < thumbStart + track.thumb) {
+                widget->pressedPart = kThumb;
+                widget->pressX = along - thumbStart;  // where the thumb is held
+            } else if (along < thumbStart + track.thumb + track.upPage) {
+                widget->pressedPart = kUpPage;
+                MoveSlider(id, track, position + page);
+            } else {
+                widget->pressedPart = kUpButton;
+                MoveSlider(id, track, position + 1);
+            }
+            return 1;
+        }
+        case xpMsg_MouseDrag:
+        case xpMsg_MouseUp:
+            if (widget->pressedPart == kThumb && param1 != 0) {
+                const Track track = Measure(id, *widget);
+                MoveSlider(id, track, PositionAt(track, Along(track, *widget, *Mouse(param1)) - widget->pressX - track.button));
+            }
+            if (message == xpMsg_MouseUp) widget->pressedPart = kNoPart;
+            return 1;
+        case xpMsg_MouseWheel: {
+            if (!Enabled(id) || param1 == 0) return 0;
+            const Track track = Measure(id, *widget);
+            // The wheel turned up moves towards the top of a vertical bar, right on a horizontal one.
+            const int delta = Mouse(param1)->delta;
+            MoveSlider(id, track, Property(id, xpProperty_ScrollBarSliderPosition) + (track.vertical ? -delta : delta));
+            return 1;
+        }
+        default:
+            return 0;
+    }
+}
+
+// ------------------------------------------------------------------ the rest
+
+int Caption(XPWidgetMessage message, XPWidgetID id, intptr_t, intptr_t) {
+    WidgetRecord* widget = Record(id);
+    if (widget == nullptr) return 0;
+    if (message == xpMsg_Create) {
+        Defaults(*widget, {{xpProperty_CaptionLit, 0}});
+        return 1;
+    }
+    return message == xpMsg_Draw ? 1 : 0;
+}
+
+int GeneralGraphics(XPWidgetMessage message, XPWidgetID id, intptr_t, intptr_t) {
+    WidgetRecord* widget = Record(id);
+    if (widget == nullptr) return 0;
+    if (message == xpMsg_Create) {
+        Defaults(*widget, {{xpProperty_GeneralGraphicsType, xpShip}});
+        return 1;
+    }
+    return message == xpMsg_Draw ? 1 : 0;
+}
+
+int Progress(XPWidgetMessage message, XPWidgetID id, intptr_t, intptr_t) {
+    WidgetRecord* widget = Record(id);
+    if (widget == nullptr) return 0;
+    if (message == xpMsg_Create) {
+        Defaults(*widget, {{xpProperty_ProgressPosition, 0}, {xpProperty_ProgressMin, 0}, {xpProperty_ProgressMax, 100}});
+        return 1;
+    }
+    return message == xpMsg_Draw ? 1 : 0;
+}
+
+}  // namespace
+
+namespace xpsim {
+
+XPWidgetFunc_t StandardClassFunction(XPWidgetClass widgetClass) {
+    switch (widgetClass) {
+        case xpWidgetClass_MainWindow: return MainWindow;
+        case xpWidgetClass_SubWindow: return SubWindow;
+        case xpWidgetClass_Button: return Button;
+        case xpWidgetClass_TextField: return TextField;
+        case xpWidgetClass_ScrollBar: return ScrollBar;
+        case xpWidgetClass_Caption: return Caption;
+        case xpWidgetClass_GeneralGraphics: return GeneralGraphics;
+        case xpWidgetClass_Progress: return Progress;
+        default: return nullptr;
+    }
+}
+
+}  // namespace xpsim

@@ -144,6 +144,10 @@ void ApplyEvent(const Event& event) {
         case EventVerb::Key:
             PressKey(event.key);
             break;
+        case EventVerb::Type:
+            // Each character as its own key stroke, typed as on a US keyboard.
+            for (char c : event.text) PressKey(KeyForCharacter(static_cast<unsigned char>(c), 0));
+            break;
         case EventVerb::Click:
             Click(event.x1, event.y1);
             break;

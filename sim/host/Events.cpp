@@ -100,6 +100,19 @@ bool ParseLine(const std::string& body, int lineNumber, Event& event, std::strin
             error = where + problem;
             return false;
         }
+    } else if (verb == "type") {
+        event.verb = EventVerb::Type;
+        event.text = args;
+        if (args.empty()) {
+            error = where + "type takes the text to type";
+            return false;
+        }
+        for (char c : args) {
+            if (c < 32 || c > 126) {
+                error = where + "type takes printable ASCII text; use key for other keys";
+                return false;
+            }
+        }
     } else if (verb == "click") {
         event.verb = EventVerb::Click;
         if (!expect(2, "a screen point: X Y")) return false;
@@ -171,7 +184,7 @@ bool ParseLine(const std::string& body, int lineNumber, Event& event, std::strin
         if (!expect(0, "nothing after it")) return false;
     } else {
         error = where + "unknown verb '" + verb +
-                "' (key, click, drag, wheel, menu, command, command-begin, command-end, set, message, "
+                "' (key, type, click, drag, wheel, menu, command, command-begin, command-end, set, message, "
                 "reload-plugins)";
         return false;
     }
@@ -183,6 +196,7 @@ bool ParseLine(const std::string& body, int lineNumber, Event& event, std::strin
 const char* VerbName(EventVerb verb) {
     switch (verb) {
         case EventVerb::Key: return "key";
+        case EventVerb::Type: return "type";
         case EventVerb::Click: return "click";
         case EventVerb::Drag: return "drag";
         case EventVerb::Wheel: return "wheel";

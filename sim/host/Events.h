@@ -1,6 +1,7 @@
 // The events file: timed user input and simulator actions, one a line.
 //
 //   <seconds> key [shift+|ctrl+|alt+]...<character | XPLM_VK_name>
+//   <seconds> type <text: printable ASCII, spaces inside allowed>
 //   <seconds> click <x> <y>
 //   <seconds> drag <x1> <y1> <x2> <y2>
 //   <seconds> wheel <x> <y> <clicks> [<axis: 0 vertical (default), 1 horizontal>]
@@ -23,13 +24,13 @@
 
 namespace xpsim {
 
-enum class EventVerb { Key, Click, Drag, Wheel, Menu, Command, CommandBegin, CommandEnd, Set, Message, ReloadPlugins };
+enum class EventVerb { Key, Type, Click, Drag, Wheel, Menu, Command, CommandBegin, CommandEnd, Set, Message, ReloadPlugins };
 
 struct Event {
     double time = 0.0;
     int line = 0;
     EventVerb verb = EventVerb::Key;
-    // key: the key as written; menu: the path; command, command-begin, command-end: the command
+    // key: the key as written; type: the text; menu: the path; command, command-begin, command-end: the command
     // name; set: the dataref name; message: the target signature.
     std::string text;
     // set: the value as written.

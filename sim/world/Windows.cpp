@@ -228,7 +228,12 @@ void TakeKeyboardFocus(WindowRecord* window) {
 
 bool KeyToFocusedWindow(char key, XPLMKeyFlags flags, char virtualKey) {
     WindowRecord* window = windows().focus;
-    if (!Active(window) || window->key == nullptr) return false;
+    if (!Active(window)) return false;
+    if (window->takesKey != nullptr) {
+        PluginContext context(window->owner);
+        return window->takesKey(*window, key, flags, virtualKey);
+    }
+    if (window->key == nullptr) return false;
     PluginContext context(window->owner);
     window->key(window, key, flags, virtualKey, window->refcon, 0);
     return true;

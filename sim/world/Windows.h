@@ -38,6 +38,9 @@ struct WindowRecord {
     XPLMHandleCursor_f cursor = nullptr;
     XPLMHandleMouseWheel_f wheel = nullptr;
     void* refcon = nullptr;
+    // Windows xpsim opens for itself (a root widget's window) answer whether they took a key; a key
+    // they leave travels on as if no window had keyboard focus. Plugin windows take every key.
+    bool (*takesKey)(WindowRecord& window, char key, XPLMKeyFlags flags, char virtualKey) = nullptr;
 };
 
 // ------------------------------------------------------------------ control interface

@@ -22,6 +22,7 @@
 #include "world/Menus.h"
 #include "world/Plugins.h"
 #include "world/Scheduler.h"
+#include "world/Widgets.h"
 #include "world/Windows.h"
 
 namespace xpsim {
@@ -313,6 +314,7 @@ PluginContext::~PluginContext() {
 
 void ResetWorld() {
     ResetScheduler();
+    ResetWidgets();
     ResetWindows();
     ResetKeys();
     ResetCommands();
@@ -340,6 +342,8 @@ void ForgetPlugin(int plugin) {
     };
     count(ForgetFlightLoopsOf(plugin), "flight loop", "flight loops");
     count(ForgetDrawCallbacksOf(plugin), "draw callback", "draw callbacks");
+    // Widgets first: their windows go with them.
+    count(ForgetWidgetsOf(plugin), "widget", "widgets");
     count(ForgetWindowsOf(plugin), "window", "windows");
     count(ForgetKeySniffersOf(plugin), "key sniffer", "key sniffers");
     count(ForgetHotKeysOf(plugin), "hot key", "hot keys");

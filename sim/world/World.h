@@ -109,7 +109,7 @@ private:
 // Forgets everything (plugins, datarefs, windows, keys, commands, menus, loops, log, time); used
 // between tests.
 XPSIM_API void ResetWorld();
-// Removes every registration a plugin left behind (flight loops, draw callbacks, windows, key
+// Removes every registration a plugin left behind (flight loops, draw callbacks, widgets, windows, key
 // sniffers, hot keys, command handlers, menus, accessors, shared data, error callback), as the
 // simulator does when it unloads a plugin.
 XPSIM_API void ForgetPlugin(int plugin);

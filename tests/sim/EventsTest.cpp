@@ -32,11 +32,12 @@ TEST(sim_EventsFile, ParsesEveryVerbAroundCommentsAndBlankLines) {
         "7 key ctrl+shift+XPLM_VK_F1\n"
         "7.1 key shift+3\n"
         "7.2 key shift++\n"
-        "7.3 key a\n");
+        "7.3 key a\n"
+        "8 type  Hello, world! N#1  # a comment\n");
     std::vector<Event> events;
     std::string error;
     ASSERT_TRUE(xpsim::ParseEvents(in, events, error)) << error;
-    ASSERT_EQ(events.size(), 20u);
+    ASSERT_EQ(events.size(), 21u);
 
     // Capitals are typed with shift, on the letter's key.
     EXPECT_EQ(events[0].verb, EventVerb::Key);
@@ -99,11 +100,14 @@ TEST(sim_EventsFile, ParsesEveryVerbAroundCommentsAndBlankLines) {
     EXPECT_EQ(events[18].key.modifiers, xplm_ShiftFlag);
     EXPECT_EQ(events[19].key.character, 'a');
     EXPECT_EQ(events[19].key.modifiers, 0);
+    // The text keeps its inner spaces and "#" inside a word; the comment goes.
+    EXPECT_EQ(events[20].verb, EventVerb::Type);
+    EXPECT_EQ(events[20].text, "Hello, world! N#1");
 }
 
 TEST(sim_EventsFile, MalformedLinesAreErrorsNamingTheLine) {
     const std::pair<const char*, const char*> cases[] = {
-        {"1 jump", "line 3: unknown verb 'jump' (key, click, drag, wheel, menu, command, command-begin, "
+        {"1 jump", "line 3: unknown verb 'jump' (key, type, click, drag, wheel, menu, command, command-begin, "
                    "command-end, set, message, reload-plugins)"},
         {"soon key A", "line 3: 'soon' is not a time in seconds (a number from 0)"},
         {"-1 key A", "line 3: '-1' is not a time in seconds (a number from 0)"},
@@ -126,6 +130,8 @@ TEST(sim_EventsFile, MalformedLinesAreErrorsNamingTheLine) {
         {"1 message sig 12", "line 3: message takes a plugin signature, a message number and an integer parameter"},
         {"1 message sig twelve 1", "line 3: 'twelve' is not a message number"},
         {"1 message sig 12 p", "line 3: 'p' is not an integer parameter"},
+        {"1 type", "line 3: type takes the text to type"},
+        {"1 type caf\xc3\xa9", "line 3: type takes printable ASCII text; use key for other keys"},
         {"1 reload-plugins now", "line 3: reload-plugins takes nothing after it"},
     };
     for (const auto& entry : cases) {

@@ -202,3 +202,31 @@ TEST(sim_Program, TheEventsDriveKeysTheMouseAndCommands) {
               std::string::npos)
         << log;
 }
+
+TEST(sim_Program, TheEventsClickAndTypeIntoAPluginsWidgets) {
+    const std::string plugin = ProbePlugin();
+    if (plugin.empty()) GTEST_SKIP() << "the probe plugin was not built (XPSIM_TEST_PLUGIN)";
+    const simtest::TempDir temp;
+    const std::string& dir = temp.path();
+    simtest::WriteFile(dir + "/events.txt",
+                       "0.1 click 250 330             # the text field takes the keyboard\n"
+                       "0.2 type Hi there,#1!\n"
+                       "0.3 key XPLM_VK_BACK\n"
+                       "0.4 click 250 250             # the button\n"
+                       "0.5 click 250 380             # the title bar: nothing happens\n"
+                       "0.6 key p                     # the field still has the keyboard\n"
+                       "0.7 click 250 250\n");
+    const auto run = RunXpsim({"run", "--root", dir + "/root", "--plugin", plugin, "--seconds", "1", "--events",
+                               dir + "/events.txt"});
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.out.find("probe: enable\n"
+                           "probe: button pressed with text 'Hi there,#1' in plugin 1\n"
+                           "probe: button pressed with text 'Hi there,#1p' in plugin 1\n"
+                           "probe: loop 1 at 1.00 (since last call 1.00, counter 20)\n"),
+              std::string::npos)
+        << run.out;
+    const std::string log = ReadFile(dir + "/root/Log.txt");
+    EXPECT_EQ(log.find("reaches the sim"), std::string::npos) << log;
+    EXPECT_EQ(log.find("the sim gets key"), std::string::npos) << log;
+    EXPECT_EQ(log.find("left registered"), std::string::npos) << log;
+}

@@ -7,7 +7,9 @@
 // Plugins/Probe with the items "Hello" and "Reload", runs a flight loop every simulated second,
 // shares the int "xpsim/tests/probe/shared" and logs every message it receives. A window at the
 // bottom left (0, 0 to 100, 100) takes keyboard focus when clicked and reports its clicks and keys;
-// the command "xpsim/tests/probe/hello" reports its phases.
+// the command "xpsim/tests/probe/hello" reports its phases. A widget dialog (a main window from
+// 200, 400 to 400, 200) has a text field (220, 340 to 380, 320) and a push button (220, 260 to 300,
+// 240) that reports the field's text.
 #include <dlfcn.h>
 
 #include <cstdint>
@@ -21,6 +23,8 @@
 #include "XPLMPlugin.h"
 #include "XPLMProcessing.h"
 #include "XPLMUtilities.h"
+#include "XPStandardWidgets.h"
+#include "XPWidgets.h"
 
 namespace {
 
@@ -28,6 +32,8 @@ XPLMMenuID gMenu = nullptr;
 XPLMWindowID gWindow = nullptr;
 XPLMCommandRef gHello = nullptr;
 int gLoopCalls = 0;
+XPWidgetID gDialog = nullptr;
+XPWidgetID gField = nullptr;
 
 void Say(const std::string& text) { XPLMDebugString(("probe: " + text + "\n").c_str()); }
 
@@ -47,6 +53,21 @@ void KeyWindow(XPLMWindowID, char key, XPLMKeyFlags flags, char, void*, int losi
 int Hello(XPLMCommandRef, XPLMCommandPhase phase, void*) {
     Say("command phase " + std::to_string(phase));
     return 1;
+}
+
+int DialogMessage(XPWidgetMessage message, XPWidgetID, intptr_t, intptr_t) {
+    if (message != xpMsg_PushButtonPressed) return 0;
+    char text[64];
+    XPGetWidgetDescriptor(gField, text, sizeof text);
+    Say(std::string("button pressed with text '") + text + "' in plugin " + std::to_string(XPLMGetMyID()));
+    return 1;
+}
+
+void MakeDialog() {
+    gDialog = XPCreateWidget(200, 400, 400, 200, 1, "Probe", 1, nullptr, xpWidgetClass_MainWindow);
+    gField = XPCreateWidget(220, 340, 380, 320, 1, "", 0, gDialog, xpWidgetClass_TextField);
+    XPCreateWidget(220, 260, 300, 240, 1, "Report", 0, gDialog, xpWidgetClass_Button);
+    XPAddWidgetCallback(gDialog, DialogMessage);
 }
 
 float Loop(float sinceCall, float sinceLoop, int counter, void*) {
@@ -108,6 +129,7 @@ PLUGIN_API int XPluginStart(char* outName, char* outSignature, char* outDescript
     XPLMRegisterFlightLoopCallback(Loop, 1.0f, nullptr);
     XPLMShareData("xpsim/tests/probe/shared", xplmType_Int, SharedChanged, nullptr);
     gWindow = XPLMCreateWindow(0, 100, 100, 0, 1, DrawWindow, KeyWindow, ClickWindow, nullptr);
+    MakeDialog();
     gHello = XPLMCreateCommand("xpsim/tests/probe/hello", "Says hello.");
     XPLMRegisterCommandHandler(gHello, Hello, 1, nullptr);
     return 1;
@@ -118,6 +140,7 @@ PLUGIN_API void XPluginStop(void) {
     XPLMUnshareData("xpsim/tests/probe/shared", xplmType_Int, SharedChanged, nullptr);
     XPLMDestroyMenu(gMenu);
     XPLMDestroyWindow(gWindow);
+    XPDestroyWidget(gDialog, 1);
     XPLMUnregisterCommandHandler(gHello, Hello, 1, nullptr);
     Say("stop after " + std::to_string(gLoopCalls) + " loops");
 }
