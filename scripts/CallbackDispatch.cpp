@@ -249,16 +249,28 @@ float CallUserFlightLoopCallback(float inElapsedSinceLastCall, float inElapsedTi
         case Reach::NoCallable: CannotFind("Cannot find method FlightLoopCallback\n"); return 1.0f;
         case Reach::Call: break;
     }
-    PyObject* args = Py_BuildValue("(ffiN)", static_cast<double>(inElapsedSinceLastCall),
-                                   static_cast<double>(inElapsedTimeSinceLastFlightLoop), inCounter,
-                                   RefconObject(t.refcon));
-    PyObject* result = CallScript(t.callable, args);
+    // Flight loops run every frame: the four arguments go to the script by vectorcall, without a
+    // tuple or a format string, and the result is read as Python's float() would.
+    PyObject* argv[4] = {PyFloat_FromDouble(inElapsedSinceLastCall), PyFloat_FromDouble(inElapsedTimeSinceLastFlightLoop),
+                         PyLong_FromLong(inCounter), RefconObject(t.refcon)};
+    PyObject* result = nullptr;
+    if (argv[0] && argv[1] && argv[2] && argv[3]) {
+        Py_INCREF(t.callable);
+        result = PyObject_Vectorcall(t.callable, argv, 4, nullptr);
+        Py_DECREF(t.callable);
+    }
+    for (PyObject* arg : argv) Py_XDECREF(arg);
     if (result == nullptr) {
         CV_PrintPythonError();
         return 1.0f;
     }
     float value = 1.0f;
-    ParseResult(result, "f", &value);
+    const double seconds = PyFloat_AsDouble(result);
+    if (seconds == -1.0 && PyErr_Occurred())
+        PyErr_Clear();  // an unconvertible result keeps the default
+    else
+        value = static_cast<float>(seconds);
+    Py_DECREF(result);
     return value;
 }
 
