@@ -26,6 +26,12 @@ PyObject* CV_CreateModule(PyModuleDef* definition, const CV_IntConstant (&consta
 // print list and the log. Never raises.
 void PrintException(const char* module, const char* function, const char* message);
 
+// The reports of an unregistration that found nothing to remove, formatted with the script's name.
+#define CV_MSG_UNKNOWN_CALLBACK_AND_REFCON                                                              \
+    "Script '%s.py' was unregistering a callback and refcon that does not exist, check refcon matches " \
+    "the one that was used in registering."
+#define CV_MSG_UNKNOWN_CALLBACK "Script '%s.py' was unregistering a callback that does not exist."
+
 // Formats the message first (cut to 4095 characters).
 void PrintExceptionf(const char* module, const char* function, const char* format, ...)
     __attribute__((format(printf, 3, 4)));

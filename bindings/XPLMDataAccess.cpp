@@ -670,8 +670,7 @@ PyObject* PY_XPLMUnshareData(PyObject* self, PyObject* args) {
             CV_TakeOutOfList(&SharedDataCallbackList, entry, index);
     } else {
         PrintExceptionf(kModule, function,
-                        "Script '%s.py' was unregistering a callback and refcon that does not exist, check refcon "
-                        "matches the one that was used in registering.",
+                        CV_MSG_UNKNOWN_CALLBACK_AND_REFCON,
                         scriptName);
     }
 

@@ -135,8 +135,7 @@ PyObject* PY_XPLMUnregisterDrawCallback(PyObject* self, PyObject* args) {
         RetireRecord(&DrawCallbackList, entry, index, held);
     } else {
         PrintExceptionf(kModule, function,
-                        "Script '%s.py' was unregistering a callback and refcon that does not exist, check refcon "
-                        "matches the one that was used in registering.",
+                        CV_MSG_UNKNOWN_CALLBACK_AND_REFCON,
                         scriptName);
     }
 
@@ -191,8 +190,7 @@ PyObject* PY_XPLMUnregisterKeySniffer(PyObject* self, PyObject* args) {
         RetireRecord(&KeySnifferCallbackList, entry, index, held);
     } else {
         PrintExceptionf(kModule, function,
-                        "Script '%s.py' was unregistering a callback and refcon that does not exist, check refcon "
-                        "matches the one that was used in registering.",
+                        CV_MSG_UNKNOWN_CALLBACK_AND_REFCON,
                         scriptName);
     }
 
@@ -285,7 +283,7 @@ PyObject* PY_XPLMUnregisterHotKey(PyObject* self, PyObject* args) {
                        gHotKeys.end());
         RetireRecord(&HotKeyCallbackList, entry, index, HotKeyRecordInUse(entry));
     } else {
-        PrintExceptionf(kModule, function, "Script '%s.py' was unregistering a callback that does not exist.", scriptName);
+        PrintExceptionf(kModule, function, CV_MSG_UNKNOWN_CALLBACK, scriptName);
     }
 
     if (gCV_DebugCallbacks)

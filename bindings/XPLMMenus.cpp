@@ -99,7 +99,7 @@ PyObject* PY_XPLMDestroyMenu(PyObject* self, PyObject* args) {
         }
     } else {
         // Only the script that created a menu can destroy it; the menu stays.
-        PrintExceptionf(kModule, function, "Script '%s.py' was unregistering a callback that does not exist.",
+        PrintExceptionf(kModule, function, CV_MSG_UNKNOWN_CALLBACK,
                         scriptName);
     }
 

@@ -336,8 +336,7 @@ PyObject* PY_CV_RemoveEnumerateFeatures(PyObject* self, PyObject* args) {
             CVTestTable->DeleteCallback(&FeatureEnumeratorCallbackList, entry, index);
         } else {
             PrintExceptionf(kModule, "CV_RemoveEnumerateFeatures",
-                            "Script '%s.py' was unregistering a callback and refcon that does not exist, check refcon "
-                            "matches the one that was used in registering.",
+                            CV_MSG_UNKNOWN_CALLBACK_AND_REFCON,
                             scriptName);
         }
     }

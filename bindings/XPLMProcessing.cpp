@@ -98,8 +98,7 @@ PyObject* PY_XPLMUnregisterFlightLoopCallback(PyObject* self, PyObject* args) {
         CVTestTable->DeleteCallback(&FlightLoopCallbackList, entry, index);
     } else {
         PrintExceptionf(kModule, "XPLMUnregisterFlightLoopCallback",
-                        "Script '%s.py' was unregistering a callback and refcon that does not exist, check refcon "
-                        "matches the one that was used in registering.",
+                        CV_MSG_UNKNOWN_CALLBACK_AND_REFCON,
                         scriptName);
     }
 
@@ -235,7 +234,7 @@ PyObject* PY_XPLMDestroyFlightLoop(PyObject* self, PyObject* args) {
         CV_SDK_GUARD(kModule, "XPLMDestroyFlightLoop", IntResult(0), XPLMDestroyFlightLoop_ptr(flightLoopId));
         CVTestTable->DeleteCallback(&FlightLoopCallbackList, entry, index);
     } else {
-        PrintExceptionf(kModule, "XPLMDestroyFlightLoop", "Script '%s.py' was unregistering a callback that does not exist.",
+        PrintExceptionf(kModule, "XPLMDestroyFlightLoop", CV_MSG_UNKNOWN_CALLBACK,
                         scriptName);
     }
 

@@ -556,7 +556,7 @@ PyObject* PY_XPLMSetErrorCallback(PyObject* self, PyObject* args) {
         CVTestTable->DeleteCallback(&ErrorCallbackList, entry, index);
     } else {
         PrintExceptionf(kModule, "XPLMSetErrorCallback",
-                        "Script '%s.py' was unregistering a callback that does not exist.", scriptName);
+                        CV_MSG_UNKNOWN_CALLBACK, scriptName);
     }
 
     if (gCV_DebugCallbacks)
@@ -580,8 +580,7 @@ PyObject* PY_CV_RemoveErrorCallback(PyObject* self, PyObject* args) {
             CVTestTable->DeleteCallback(&ErrorCallbackList, entry, index);
         } else {
             PrintExceptionf(kModule, "CV_RemoveErrorCallback",
-                            "Script '%s.py' was unregistering a callback and refcon that does not exist, check refcon "
-                            "matches the one that was used in registering.",
+                            CV_MSG_UNKNOWN_CALLBACK_AND_REFCON,
                             scriptName);
         }
     }
@@ -746,8 +745,7 @@ PyObject* PY_XPLMUnregisterCommandHandler(PyObject* self, PyObject* args) {
         CVTestTable->DeleteCallback(&CommandCallbackList, entry, index);
     } else {
         PrintExceptionf(kModule, "XPLMUnregisterCommandHandler",
-                        "Script '%s.py' was unregistering a callback and refcon that does not exist, check refcon "
-                        "matches the one that was used in registering.",
+                        CV_MSG_UNKNOWN_CALLBACK_AND_REFCON,
                         scriptName);
     }
 
