@@ -1,8 +1,16 @@
-// The script module XPWidgetDefs and its constants.
-#include "BindingModules.h"
-#include "BindingSupport.h"
+// The script module XPWidgetDefs: its constants, and three decoders that turn a widget message's
+// parameter into the values of the structure it points to.
+#include <Python.h>
+
+#include <errno.h>
+#include <sys/uio.h>
+#include <unistd.h>
 
 #include <iterator>
+
+#include "BindingModules.h"
+#include "BindingSupport.h"
+#include "XPWidgetDefs.h"
 
 namespace {
 
@@ -52,7 +60,63 @@ const CV_IntConstant XPWidgetDefsConstants[] = {
     {"xpMsg_UserStart", 10000},
 };
 
+const char* const kModule = "XPWidgetDefs";
+
+// Copies `size` bytes from an address the script gave into `out`, without trusting the address: the
+// kernel does the reading and answers EFAULT for memory that is not there, where a plain read would
+// end the simulator. Where the system refuses that call, a pipe does the same check.
+bool CopyFromAddress(intptr_t address, void* out, size_t size) {
+    if (address == 0) return false;
+    struct iovec local = {out, size};
+    struct iovec remote = {reinterpret_cast<void*>(address), size};
+    const ssize_t copied = process_vm_readv(getpid(), &local, 1, &remote, 1, 0);
+    if (copied == static_cast<ssize_t>(size)) return true;
+    if (copied >= 0 || (errno != ENOSYS && errno != EPERM)) return false;
+    int fds[2];
+    if (pipe(fds) != 0) return false;
+    bool ok = write(fds[1], reinterpret_cast<const void*>(address), size) == static_cast<ssize_t>(size) &&
+              read(fds[0], out, size) == static_cast<ssize_t>(size);
+    close(fds[0]);
+    close(fds[1]);
+    return ok;
+}
+
+// Reads the structure behind a message parameter; an address that can not be read is reported and
+// gives the failure value.
+template <typename T>
+bool ReadParameter(PyObject* args, const char* function, T* out) {
+    long parameter = 0;
+    if (!PyArg_ParseTuple(args, "l", &parameter)) return false;
+    if (CopyFromAddress(static_cast<intptr_t>(parameter), out, sizeof(T))) return true;
+    PrintException(kModule, function, "Parameter Error");
+    return false;
+}
+
+PyObject* PY_CV_GetMouseState(PyObject* self, PyObject* args) {
+    XPMouseState_t state{};
+    if (!ReadParameter(args, "CV_GetMouseState", &state)) return PyErr_Occurred() ? nullptr : PyLong_FromLong(0);
+    return Py_BuildValue("(iiii)", state.x, state.y, state.button, state.delta);
+}
+
+PyObject* PY_CV_GetKeyState(PyObject* self, PyObject* args) {
+    XPKeyState_t state{};
+    if (!ReadParameter(args, "CV_GetKeyState", &state)) return PyErr_Occurred() ? nullptr : PyLong_FromLong(0);
+    // The key and the virtual key are single signed bytes.
+    return Py_BuildValue("(iii)", static_cast<int>(static_cast<signed char>(state.key)), static_cast<int>(state.flags),
+                         static_cast<int>(static_cast<signed char>(state.vkey)));
+}
+
+PyObject* PY_CV_GetWidgetGeometryChange(PyObject* self, PyObject* args) {
+    XPWidgetGeometryChange_t change{};
+    if (!ReadParameter(args, "CV_GetWidgetGeometryChange", &change))
+        return PyErr_Occurred() ? nullptr : PyLong_FromLong(0);
+    return Py_BuildValue("(iiii)", change.dx, change.dy, change.dwidth, change.dheight);
+}
+
 PyMethodDef XPWidgetDefsMethods[] = {
+    {"CV_GetMouseState", PY_CV_GetMouseState, METH_VARARGS, "Get Mouse State."},
+    {"CV_GetKeyState", PY_CV_GetKeyState, METH_VARARGS, "Get Key State."},
+    {"CV_GetWidgetGeometryChange", PY_CV_GetWidgetGeometryChange, METH_VARARGS, "Get Widget Geometry Change."},
     {nullptr, nullptr, 0, nullptr},
 };
 

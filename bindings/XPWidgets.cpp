@@ -1,10 +1,476 @@
-// The script module XPWidgets.
+// The script module XPWidgets: creating, destroying, arranging and querying widgets, and giving
+// them widget functions that are a script's methods.
+//
+// The simulator calls a widget function with the widget id and no refcon, so every widget a script
+// creates is recorded in WidgetCallbackList (script, widget, function, is-root flag, container) and
+// the plugin's one trampoline, CV_WidgetCallback, finds the record by widget id. Plain widgets are
+// recorded too, with no script and no function, so that XPAddWidgetCallback can find them later and
+// destroying their container can remove them.
+//
+// The trampoline reaches records only through the list, so a record is freed as it is taken out.
+// Destroying a widget takes out every record of a widget the simulator destroyed with it: a record
+// left behind for a dead handle would otherwise catch the messages of a later widget that the
+// simulator gives the same address.
+#include <Python.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <vector>
+
 #include "BindingModules.h"
 #include "BindingSupport.h"
+#include "CV_ScriptTable.h"
+#include "CallbackDispatch.h"
+#include "CallbackRegistry.h"
+#include "Paths.h"
+#include "XPWidgets.h"
 
 namespace {
 
+const char* const kModule = "XPWidgets";
+
+PyObject* IntResult(long value) { return PyLong_FromLong(value); }
+PyObject* HandleResult(const void* handle) { return PyLong_FromVoidPtr(const_cast<void*>(handle)); }
+
+// A widget handle (or any pointer-sized word) from the integer a script holds; TypeError otherwise.
+bool WidgetArgument(PyObject* object, XPWidgetID* widget) {
+    void* word = nullptr;
+    if (!CV_PointerWord(object, &word)) return false;
+    *widget = word;
+    return true;
+}
+
+bool WordArgument(PyObject* object, intptr_t* value) {
+    void* word = nullptr;
+    if (!CV_PointerWord(object, &word)) return false;
+    *value = reinterpret_cast<intptr_t>(word);
+    return true;
+}
+
+// A long index or flag narrowed to the SDK's int; values out of its range become -1, which no
+// widget accepts as an index.
+int NarrowToInt(long value) {
+    return (value < INT32_MIN || value > INT32_MAX) ? -1 : static_cast<int>(value);
+}
+
+int* OutPointer(PyObject* out, int* storage) { return out == Py_None ? nullptr : storage; }
+
+// Like CV_SDK_GUARD, for the two functions whose failure is reported as "Function Error".
+#define CV_FUNCTION_GUARD(function, failure, ...)              \
+    try {                                                      \
+        __VA_ARGS__;                                           \
+    } catch (...) {                                            \
+        PrintException(kModule, function, "Function Error");  \
+        return failure;                                        \
+    }
+
+// ---------------------------------------------------------------- recording widgets
+
+PyObject* PY_XPCreateWidget(PyObject* self, PyObject* args) {
+    int left = 0, top = 0, right = 0, bottom = 0, visible = 0, isRoot = 0, widgetClass = 0;
+    const char* descriptor = nullptr;
+    PyObject* containerObject = nullptr;
+    if (!PyArg_ParseTuple(args, "iiiiisiOi", &left, &top, &right, &bottom, &visible, &descriptor, &isRoot,
+                          &containerObject, &widgetClass))
+        return nullptr;
+    XPWidgetID container = nullptr;
+    if (!WidgetArgument(containerObject, &container)) return nullptr;
+
+    XPWidgetID widget = nullptr;
+    CV_SDK_GUARD(kModule, "XPCreateWidget", IntResult(0),
+                 widget = XPCreateWidget(left, top, right, bottom, visible, descriptor, isRoot, container,
+                                         widgetClass));
+    // A refused creation made no widget: there is nothing to route messages to.
+    if (widget != nullptr)
+        CVTestTable->AddWidgetCallback(&WidgetCallbackList, nullptr, widget, nullptr, isRoot, container);
+
+    if (gCV_DebugCallbacks)
+        CV_DebugCallbackTrace("XPCreateWidget",
+                              CV_FormatText("outWidgetID = %lx, inIsRoot = %d, inContainer = %lx\n", CV_Hex(widget),
+                                            isRoot, CV_Hex(container)),
+                              {{"WidgetCallbackList", WidgetCallbackList.size()}});
+    return HandleResult(widget);
+}
+
+PyObject* PY_XPCreateCustomWidget(PyObject* self, PyObject* args) {
+    PyObject *scriptId = nullptr, *containerObject = nullptr, *callable = nullptr;
+    int left = 0, top = 0, right = 0, bottom = 0, visible = 0, isRoot = 0;
+    const char* descriptor = nullptr;
+    // The container is a widget handle like every other (the integer the script holds).
+    if (!PyArg_ParseTuple(args, "OiiiiisiOO", &scriptId, &left, &top, &right, &bottom, &visible, &descriptor,
+                          &isRoot, &containerObject, &callable))
+        return nullptr;
+    XPWidgetID container = nullptr;
+    if (!WidgetArgument(containerObject, &container)) return nullptr;
+
+    XPWidgetID widget = nullptr;
+    CV_SDK_GUARD(kModule, "XPCreateCustomWidget", IntResult(0),
+                 widget = XPCreateCustomWidget(left, top, right, bottom, visible, descriptor, isRoot, container,
+                                               CV_WidgetCallback));
+    if (widget != nullptr) {
+        CVTestTable->AddWidgetCallback(&WidgetCallbackList, scriptId, widget, callable, isRoot, container);
+        // The simulator's own create message came before the record existed; this one reaches the
+        // script's function.
+        CV_SDK_GUARD(kModule, "XPCreateCustomWidget", IntResult(0),
+                     XPSendMessageToWidget(widget, xpMsg_Create, xpMode_Once, 1, 0));
+    }
+
+    if (gCV_DebugCallbacks)
+        CV_DebugCallbackTrace("XPCreateCustomWidget",
+                              CV_FormatText("pScriptId = %lx, outWidgetID = %lx, inIsRoot = %d, inContainer = %lx\n",
+                                            CV_Hex(scriptId), CV_Hex(widget), isRoot, CV_Hex(container)),
+                              {{"WidgetCallbackList", WidgetCallbackList.size()}});
+    return HandleResult(widget);
+}
+
+PyObject* PY_XPAddWidgetCallback(PyObject* self, PyObject* args) {
+    const char* const function = "XPAddWidgetCallback";
+    PyObject *scriptId = nullptr, *widgetObject = nullptr, *callable = nullptr;
+    if (!PyArg_ParseTuple(args, "OOO", &scriptId, &widgetObject, &callable)) return nullptr;
+    XPWidgetID widget = nullptr;
+    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+
+    int found = 0, index = 0;
+    CVTestTable->FindWidgetCallback(WidgetCallbackList, widget, &found, &index);
+    if (found) {
+        CVTestTable->UpdateWidgetCallback(&WidgetCallbackList, scriptId, widget, callable);
+    } else {
+        char scriptName[256];
+        CV_GetScriptNameForMessages(scriptId, scriptName);
+        PrintExceptionf(kModule, function, "Script '%s.py' XPAddWidgetCallback Error.", scriptName);
+    }
+    CV_SDK_GUARD(kModule, function, IntResult(0), XPAddWidgetCallback(widget, CV_WidgetCallback));
+
+    if (gCV_DebugCallbacks)
+        CV_DebugCallbackTrace(function,
+                              CV_FormatText("pScriptId = %lx, inWidgetID = %lx\n", CV_Hex(scriptId), CV_Hex(widget)),
+                              {{"WidgetCallbackList", WidgetCallbackList.size()}});
+    return IntResult(1);
+}
+
+// The widget and, when its children go with it, every widget below it: what a destruction ends.
+// Bounded, so that a tree the SDK reports wrongly can not keep the walk going.
+std::vector<XPWidgetID> WidgetsEndedBy(XPWidgetID widget, bool withChildren) {
+    const size_t kMostWidgets = 100000;
+    std::vector<XPWidgetID> ended{widget};
+    if (!withChildren) return ended;
+    for (size_t next = 0; next < ended.size() && ended.size() < kMostWidgets; ++next) {
+        const int count = XPCountChildWidgets(ended[next]);
+        for (int i = 0; i < count && ended.size() < kMostWidgets; ++i) {
+            XPWidgetID child = XPGetNthChildWidget(ended[next], i);
+            if (child != nullptr && std::find(ended.begin(), ended.end(), child) == ended.end()) ended.push_back(child);
+        }
+    }
+    return ended;
+}
+
+// Frees and takes out every record of a widget that no longer exists.
+void ForgetEndedWidgets(const std::vector<XPWidgetID>& ended) {
+    for (size_t i = 0; i < WidgetCallbackList.size();) {
+        _WidgetCallbackListEntry* entry = WidgetCallbackList[i];
+        if (entry != nullptr && std::find(ended.begin(), ended.end(), entry->widgetId) != ended.end())
+            CVTestTable->DeleteWidgetCallback(&WidgetCallbackList, entry, static_cast<int>(i));
+        else
+            ++i;
+    }
+}
+
+PyObject* PY_XPDestroyWidget(PyObject* self, PyObject* args) {
+    const char* const function = "XPDestroyWidget";
+    PyObject *scriptId = nullptr, *widgetObject = nullptr;
+    int destroyChildren = 0;
+    if (!PyArg_ParseTuple(args, "OOi", &scriptId, &widgetObject, &destroyChildren)) return nullptr;
+    XPWidgetID widget = nullptr;
+    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+
+    char scriptName[256];
+    CV_GetScriptNameForMessages(scriptId, scriptName);
+
+    XPWidgetID parent = nullptr;
+    std::vector<XPWidgetID> ended;
+    CV_SDK_GUARD(kModule, function, IntResult(0), parent = XPGetParentWidget(widget);
+                 ended = WidgetsEndedBy(widget, destroyChildren != 0));
+    int found = 0, index = 0;
+    CVTestTable->FindWidgetCallback(WidgetCallbackList, scriptId, widget, &found, &index);
+
+    // The widgets' functions get their destroy messages from inside this call, through the records
+    // that are still in the list; they may change the list meanwhile.
+    CV_SDK_GUARD(kModule, function, IntResult(0), XPDestroyWidget(widget, destroyChildren));
+
+    if (found) {
+        int again = 0;
+        _WidgetCallbackListEntry* entry =
+            CVTestTable->FindWidgetCallback(WidgetCallbackList, scriptId, widget, &again, &index);
+        if (again) CVTestTable->DeleteWidgetCallback(&WidgetCallbackList, entry, index);
+        // Direct children lose their records whether or not they were destroyed with it.
+        CVTestTable->DeleteWidgetChildCallbacks(&WidgetCallbackList, scriptId, widget);
+    } else if (parent == nullptr) {
+        PrintExceptionf(kModule, function, CV_MSG_UNKNOWN_CALLBACK,
+                        scriptName);
+    }
+    ForgetEndedWidgets(ended);
+
+    if (gCV_DebugCallbacks) {
+        const std::string details = CV_FormatText("pScriptId = %lx, Script Name = %s, inWidgetID = %lx\n",
+                                                  CV_Hex(scriptId), scriptName, CV_Hex(widget));
+        if (found || parent == nullptr)
+            CV_DebugCallbackTrace(function, details, {{"WidgetCallbackList", WidgetCallbackList.size()}});
+        else
+            CV_DebugCallbackTrace(function, details, {});
+    }
+    return IntResult(1);
+}
+
+// ---------------------------------------------------------------- messages and the tree
+
+PyObject* PY_XPSendMessageToWidget(PyObject* self, PyObject* args) {
+    PyObject *widgetObject = nullptr, *param1Object = nullptr, *param2Object = nullptr;
+    int message = 0, mode = 0;
+    if (!PyArg_ParseTuple(args, "OiiOO", &widgetObject, &message, &mode, &param1Object, &param2Object)) return nullptr;
+    XPWidgetID widget = nullptr;
+    intptr_t param1 = 0, param2 = 0;
+    if (!WidgetArgument(widgetObject, &widget) || !WordArgument(param1Object, &param1) ||
+        !WordArgument(param2Object, &param2))
+        return nullptr;
+    int handled = 0;
+    CV_SDK_GUARD(kModule, "XPSendMessageToWidget", IntResult(0),
+                 handled = XPSendMessageToWidget(widget, message, mode, param1, param2));
+    return IntResult(handled);
+}
+
+PyObject* PY_XPPlaceWidgetWithin(PyObject* self, PyObject* args) {
+    PyObject *widgetObject = nullptr, *containerObject = nullptr;
+    if (!PyArg_ParseTuple(args, "OO", &widgetObject, &containerObject)) return nullptr;
+    XPWidgetID widget = nullptr, container = nullptr;
+    if (!WidgetArgument(widgetObject, &widget) || !WidgetArgument(containerObject, &container)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPPlaceWidgetWithin", IntResult(0), XPPlaceWidgetWithin(widget, container));
+    return IntResult(1);
+}
+
+// The functions of one widget argument, told apart by what they give back.
+template <typename R, R (*Sdk)(XPWidgetID)>
+PyObject* OneWidget(PyObject* args, const char* function, PyObject* (*convert)(R)) {
+    PyObject* widgetObject = nullptr;
+    if (!PyArg_ParseTuple(args, "O", &widgetObject)) return nullptr;
+    XPWidgetID widget = nullptr;
+    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+    R result{};
+    CV_SDK_GUARD(kModule, function, IntResult(0), result = Sdk(widget));
+    return convert(result);
+}
+
+template <void (*Sdk)(XPWidgetID)>
+PyObject* OneWidgetAction(PyObject* args, const char* function) {
+    PyObject* widgetObject = nullptr;
+    if (!PyArg_ParseTuple(args, "O", &widgetObject)) return nullptr;
+    XPWidgetID widget = nullptr;
+    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+    CV_SDK_GUARD(kModule, function, IntResult(0), Sdk(widget));
+    return IntResult(1);
+}
+
+PyObject* IntOf(int value) { return IntResult(value); }
+PyObject* HandleOf(XPWidgetID value) { return HandleResult(value); }
+
+PyObject* PY_XPCountChildWidgets(PyObject* self, PyObject* args) {
+    return OneWidget<int, XPCountChildWidgets>(args, "XPCountChildWidgets", IntOf);
+}
+
+PyObject* PY_XPGetNthChildWidget(PyObject* self, PyObject* args) {
+    PyObject* widgetObject = nullptr;
+    long index = 0;
+    if (!PyArg_ParseTuple(args, "Ol", &widgetObject, &index)) return nullptr;
+    XPWidgetID widget = nullptr;
+    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+    XPWidgetID child = nullptr;
+    CV_SDK_GUARD(kModule, "XPGetNthChildWidget", IntResult(0), child = XPGetNthChildWidget(widget, NarrowToInt(index)));
+    return HandleResult(child);
+}
+
+PyObject* PY_XPGetParentWidget(PyObject* self, PyObject* args) {
+    return OneWidget<XPWidgetID, XPGetParentWidget>(args, "XPGetParentWidget", HandleOf);
+}
+PyObject* PY_XPShowWidget(PyObject* self, PyObject* args) { return OneWidgetAction<XPShowWidget>(args, "XPShowWidget"); }
+PyObject* PY_XPHideWidget(PyObject* self, PyObject* args) { return OneWidgetAction<XPHideWidget>(args, "XPHideWidget"); }
+PyObject* PY_XPIsWidgetVisible(PyObject* self, PyObject* args) {
+    return OneWidget<int, XPIsWidgetVisible>(args, "XPIsWidgetVisible", IntOf);
+}
+PyObject* PY_XPFindRootWidget(PyObject* self, PyObject* args) {
+    return OneWidget<XPWidgetID, XPFindRootWidget>(args, "XPFindRootWidget", HandleOf);
+}
+PyObject* PY_XPBringRootWidgetToFront(PyObject* self, PyObject* args) {
+    return OneWidgetAction<XPBringRootWidgetToFront>(args, "XPBringRootWidgetToFront");
+}
+PyObject* PY_XPIsWidgetInFront(PyObject* self, PyObject* args) {
+    return OneWidget<int, XPIsWidgetInFront>(args, "XPIsWidgetInFront", IntOf);
+}
+
+// ---------------------------------------------------------------- geometry
+
+template <void (*Sdk)(XPWidgetID, int*, int*, int*, int*)>
+PyObject* GetGeometry(PyObject* args, const char* function) {
+    PyObject *widgetObject = nullptr, *outs[4] = {nullptr, nullptr, nullptr, nullptr};
+    if (!PyArg_ParseTuple(args, "OOOOO", &widgetObject, &outs[0], &outs[1], &outs[2], &outs[3])) return nullptr;
+    XPWidgetID widget = nullptr;
+    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+    for (PyObject* out : outs)
+        if (!CV_CheckOutputList(out)) return nullptr;
+    int values[4] = {0, 0, 0, 0};
+    CV_SDK_GUARD(kModule, function, IntResult(0),
+                 Sdk(widget, OutPointer(outs[0], &values[0]), OutPointer(outs[1], &values[1]),
+                     OutPointer(outs[2], &values[2]), OutPointer(outs[3], &values[3])));
+    for (int i = 0; i < 4; ++i)
+        if (!CV_StoreOutput(outs[i], PyLong_FromLong(values[i]))) return nullptr;
+    return IntResult(1);
+}
+
+PyObject* PY_XPGetWidgetGeometry(PyObject* self, PyObject* args) {
+    return GetGeometry<XPGetWidgetGeometry>(args, "XPGetWidgetGeometry");
+}
+PyObject* PY_XPGetWidgetExposedGeometry(PyObject* self, PyObject* args) {
+    return GetGeometry<XPGetWidgetExposedGeometry>(args, "XPGetWidgetExposedGeometry");
+}
+
+PyObject* PY_XPSetWidgetGeometry(PyObject* self, PyObject* args) {
+    PyObject* widgetObject = nullptr;
+    int left = 0, top = 0, right = 0, bottom = 0;
+    if (!PyArg_ParseTuple(args, "Oiiii", &widgetObject, &left, &top, &right, &bottom)) return nullptr;
+    XPWidgetID widget = nullptr;
+    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPSetWidgetGeometry", IntResult(0), XPSetWidgetGeometry(widget, left, top, right, bottom));
+    return IntResult(1);
+}
+
+PyObject* PY_XPGetWidgetForLocation(PyObject* self, PyObject* args) {
+    PyObject* containerObject = nullptr;
+    int x = 0, y = 0;
+    long recursive = 0, visibleOnly = 0;
+    if (!PyArg_ParseTuple(args, "Oiill", &containerObject, &x, &y, &recursive, &visibleOnly)) return nullptr;
+    XPWidgetID container = nullptr;
+    if (!WidgetArgument(containerObject, &container)) return nullptr;
+    XPWidgetID found = nullptr;
+    CV_SDK_GUARD(kModule, "XPGetWidgetForLocation", IntResult(0),
+                 found = XPGetWidgetForLocation(container, x, y, recursive != 0, visibleOnly != 0));
+    return HandleResult(found);
+}
+
+// ---------------------------------------------------------------- descriptor and properties
+
+PyObject* PY_XPSetWidgetDescriptor(PyObject* self, PyObject* args) {
+    PyObject* widgetObject = nullptr;
+    const char* text = nullptr;
+    if (!PyArg_ParseTuple(args, "Os", &widgetObject, &text)) return nullptr;
+    XPWidgetID widget = nullptr;
+    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPSetWidgetDescriptor", IntResult(0), XPSetWidgetDescriptor(widget, text));
+    return IntResult(1);
+}
+
+PyObject* PY_XPGetWidgetDescriptor(PyObject* self, PyObject* args) {
+    PyObject *widgetObject = nullptr, *out = nullptr;
+    int maximum = 0;
+    if (!PyArg_ParseTuple(args, "OOi", &widgetObject, &out, &maximum)) return nullptr;
+    XPWidgetID widget = nullptr;
+    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+    if (!CV_CheckOutputList(out)) return nullptr;
+    if (maximum < 0) maximum = 0;
+    // One byte more than the SDK may fill, so the text always ends.
+    std::vector<char> buffer(out == Py_None ? 0 : static_cast<size_t>(maximum) + 1, '\0');
+    int length = 0;
+    try {
+        length = XPGetWidgetDescriptor(widget, out == Py_None ? nullptr : buffer.data(), maximum);
+    } catch (...) {
+        PrintException(kModule, "XPGetWidgetDescriptor", "Parameter Error");
+        return Py_BuildValue("(is)", 0, "");
+    }
+    if (out != Py_None) {
+        buffer[static_cast<size_t>(maximum)] = '\0';
+        const size_t size = strnlen(buffer.data(), static_cast<size_t>(maximum));
+        if (!CV_AppendOutput(out, PyUnicode_DecodeUTF8(buffer.data(), static_cast<Py_ssize_t>(size), "replace")))
+            return nullptr;
+    }
+    return IntResult(length);
+}
+
+PyObject* PY_XPSetWidgetProperty(PyObject* self, PyObject* args) {
+    PyObject *widgetObject = nullptr, *valueObject = nullptr;
+    int property = 0;
+    if (!PyArg_ParseTuple(args, "OiO", &widgetObject, &property, &valueObject)) return nullptr;
+    XPWidgetID widget = nullptr;
+    intptr_t value = 0;
+    if (!WidgetArgument(widgetObject, &widget) || !WordArgument(valueObject, &value)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPSetWidgetProperty", IntResult(0), XPSetWidgetProperty(widget, property, value));
+    return IntResult(1);
+}
+
+PyObject* PY_XPGetWidgetProperty(PyObject* self, PyObject* args) {
+    PyObject *widgetObject = nullptr, *outExists = nullptr;
+    int property = 0;
+    if (!PyArg_ParseTuple(args, "OiO", &widgetObject, &property, &outExists)) return nullptr;
+    XPWidgetID widget = nullptr;
+    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+    if (!CV_CheckOutputList(outExists)) return nullptr;
+    int exists = 0;
+    intptr_t value = 0;
+    CV_SDK_GUARD(kModule, "XPGetWidgetProperty", IntResult(0),
+                 value = XPGetWidgetProperty(widget, property, OutPointer(outExists, &exists)));
+    if (!CV_StoreOutput(outExists, PyLong_FromLong(exists))) return nullptr;
+    return PyLong_FromSsize_t(static_cast<Py_ssize_t>(value));
+}
+
+// ---------------------------------------------------------------- keyboard focus and classes
+
+PyObject* PY_XPSetKeyboardFocus(PyObject* self, PyObject* args) {
+    return OneWidget<XPWidgetID, XPSetKeyboardFocus>(args, "XPSetKeyboardFocus", HandleOf);
+}
+PyObject* PY_XPLoseKeyboardFocus(PyObject* self, PyObject* args) {
+    return OneWidgetAction<XPLoseKeyboardFocus>(args, "XPLoseKeyboardFocus");
+}
+
+PyObject* PY_XPGetWidgetWithFocus(PyObject* self, PyObject* args) {
+    XPWidgetID widget = nullptr;
+    CV_FUNCTION_GUARD("XPGetWidgetWithFocus", IntResult(0), widget = XPGetWidgetWithFocus());
+    return HandleResult(widget);
+}
+
+PyObject* PY_XPGetWidgetClassFunc(PyObject* self, PyObject* args) {
+    int widgetClass = 0;
+    if (!PyArg_ParseTuple(args, "i", &widgetClass)) return nullptr;
+    XPWidgetFunc_t classFunction = nullptr;
+    CV_FUNCTION_GUARD("XPGetWidgetClassFunc", IntResult(0), classFunction = XPGetWidgetClassFunc(widgetClass));
+    return HandleResult(reinterpret_cast<void*>(classFunction));
+}
+
 PyMethodDef XPWidgetsMethods[] = {
+    {"XPCreateWidget", PY_XPCreateWidget, METH_VARARGS, "Create Widget."},
+    {"XPCreateCustomWidget", PY_XPCreateCustomWidget, METH_VARARGS, "Create Custom Widget."},
+    {"XPDestroyWidget", PY_XPDestroyWidget, METH_VARARGS, "Destroy Widget."},
+    {"XPSendMessageToWidget", PY_XPSendMessageToWidget, METH_VARARGS, "Send Message To Widget."},
+    {"XPPlaceWidgetWithin", PY_XPPlaceWidgetWithin, METH_VARARGS, "Place Widget Within."},
+    {"XPCountChildWidgets", PY_XPCountChildWidgets, METH_VARARGS, "Count Child Widgets."},
+    {"XPGetNthChildWidget", PY_XPGetNthChildWidget, METH_VARARGS, "Get Nth Child Widget."},
+    {"XPGetParentWidget", PY_XPGetParentWidget, METH_VARARGS, "Get Parent Widget."},
+    {"XPShowWidget", PY_XPShowWidget, METH_VARARGS, "Show Widget."},
+    {"XPHideWidget", PY_XPHideWidget, METH_VARARGS, "Hide Widget."},
+    {"XPIsWidgetVisible", PY_XPIsWidgetVisible, METH_VARARGS, "Is Widget Visible."},
+    {"XPFindRootWidget", PY_XPFindRootWidget, METH_VARARGS, "Find Root Widget."},
+    {"XPBringRootWidgetToFront", PY_XPBringRootWidgetToFront, METH_VARARGS, "Bring Root Widget To Front."},
+    {"XPIsWidgetInFront", PY_XPIsWidgetInFront, METH_VARARGS, "Is Widget In Front."},
+    {"XPGetWidgetGeometry", PY_XPGetWidgetGeometry, METH_VARARGS, "Get Widget Geometry."},
+    {"XPSetWidgetGeometry", PY_XPSetWidgetGeometry, METH_VARARGS, "Set Widget Geometry."},
+    {"XPGetWidgetForLocation", PY_XPGetWidgetForLocation, METH_VARARGS, "Get Widget For Location."},
+    {"XPGetWidgetExposedGeometry", PY_XPGetWidgetExposedGeometry, METH_VARARGS, "Get Widget Exposed Geometry."},
+    {"XPSetWidgetDescriptor", PY_XPSetWidgetDescriptor, METH_VARARGS, "Set Widget Descriptor."},
+    {"XPGetWidgetDescriptor", PY_XPGetWidgetDescriptor, METH_VARARGS, "Get Widget Descriptor."},
+    {"XPSetWidgetProperty", PY_XPSetWidgetProperty, METH_VARARGS, "Set Widget Property."},
+    {"XPGetWidgetProperty", PY_XPGetWidgetProperty, METH_VARARGS, "Get Widget Property."},
+    {"XPSetKeyboardFocus", PY_XPSetKeyboardFocus, METH_VARARGS, "Set Keyboard Focus."},
+    {"XPLoseKeyboardFocus", PY_XPLoseKeyboardFocus, METH_VARARGS, "Lose Keyboard Focus."},
+    {"XPGetWidgetWithFocus", PY_XPGetWidgetWithFocus, METH_VARARGS, "Get Widget With Focus."},
+    {"XPAddWidgetCallback", PY_XPAddWidgetCallback, METH_VARARGS, "Add Widget Callback."},
+    {"XPGetWidgetClassFunc", PY_XPGetWidgetClassFunc, METH_VARARGS, "Get Widget Class Function."},
     {nullptr, nullptr, 0, nullptr},
 };
 
