@@ -6,6 +6,7 @@
 #include <string>
 
 #include "BindingModules.h"
+#include "BrindleVCUtilities.h"
 #include "CallbackRegistry.h"
 #include "LogFiles.h"
 #include "Paths.h"
@@ -20,32 +21,6 @@ char gCV_PythonPath[512] = {0};
 namespace {
 
 const char* kCreditText = "by the Corvelle developers";
-
-// The shared data items a virtual-camera plugin reads; published while the interpreter runs.
-struct SharedItem {
-    const char* name;
-    XPLMDataTypeID type;
-};
-const SharedItem kVirtualCameraItems[14] = {
-    {"brindle/virtualcamera/cameraindex", xplmType_Int},
-    {"brindle/virtualcamera/cameratypeindex", xplmType_Int},
-    {"brindle/virtualcamera/camerapluginready", xplmType_Int},
-    {"brindle/virtualcamera/acquirecamera", xplmType_Int},
-    {"brindle/virtualcamera/releasecamera", xplmType_Int},
-    {"brindle/virtualcamera/setcamera", xplmType_Int},
-    {"brindle/virtualcamera/xoffset", xplmType_Float},
-    {"brindle/virtualcamera/yoffset", xplmType_Float},
-    {"brindle/virtualcamera/zoffset", xplmType_Float},
-    {"brindle/virtualcamera/headingoffset", xplmType_Float},
-    {"brindle/virtualcamera/pitchoffset", xplmType_Float},
-    {"brindle/virtualcamera/rolloffset", xplmType_Float},
-    {"brindle/virtualcamera/zoomratio", xplmType_Float},
-    {"brindle/virtualcamera/lookataircraft", xplmType_Int},
-};
-
-void VirtualCameraDataChangedCB2(void* refcon) { (void)refcon; }
-
-void* ItemRefcon(int index) { return reinterpret_cast<void*>(static_cast<intptr_t>(index)); }
 
 // Extension modules in the standard library expect the interpreter's symbols to be global; the
 // simulator loads plugins privately, so the interpreter library is promoted once.
@@ -106,8 +81,9 @@ void StartPython(int enableScripts) {
     const std::string scriptsFolder = CV_JoinPath(systemPath, separator, {"Resources", "plugins", "PythonScripts", ""});
     const std::string scriptsPosix = CV_ScriptsPosixPath(systemPath, separator);
 
-    for (int i = 0; i < 14; ++i)
-        XPLMShareData(kVirtualCameraItems[i].name, kVirtualCameraItems[i].type, VirtualCameraDataChangedCB2, ItemRefcon(i));
+    // The virtual-camera items are published before any module exists, so that BrindleVCUtilities
+    // finds them when it is created.
+    CV_ShareVirtualCameraItems();
 
     initBrindleInternalModule();
     std::string setup;
@@ -186,8 +162,7 @@ void StopPython(int disableScripts) {
 
     CVTestTable->ClearScriptTable();
 
-    for (int i = 0; i < 14; ++i)
-        XPLMUnshareData(kVirtualCameraItems[i].name, kVirtualCameraItems[i].type, VirtualCameraDataChangedCB2, ItemRefcon(i));
+    CV_UnshareVirtualCameraItems();
 
     CV_WriteToLog("--- LOGGING STOPPED ---\n\n");
     CVTestTable->SetPythonRunState(0);

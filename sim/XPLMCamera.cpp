@@ -1,25 +1,18 @@
 // XPLMCamera: camera control.
 #include "XPLMCamera.h"
 
-#include "world/World.h"
+#include "world/Camera.h"
 
-// ------------------------------------------------------------------ not yet simulated
-
-void XPLMControlCamera(XPLMCameraControlDuration inHowLong, XPLMCameraControl_f inControlFunc, void * inRefcon) {
-    xpsim::NotYetSimulated("XPLMControlCamera");
+void XPLMControlCamera(XPLMCameraControlDuration inHowLong, XPLMCameraControl_f inControlFunc, void* inRefcon) {
+    xpsim::ControlCamera(inHowLong, inControlFunc, inRefcon);
 }
 
-void XPLMDontControlCamera(void) {
-    xpsim::NotYetSimulated("XPLMDontControlCamera");
+void XPLMDontControlCamera(void) { xpsim::DontControlCamera(); }
+
+int XPLMIsCameraBeingControlled(XPLMCameraControlDuration* outCameraControlDuration) {
+    return xpsim::IsCameraBeingControlled(outCameraControlDuration);
 }
 
-int XPLMIsCameraBeingControlled(XPLMCameraControlDuration * outCameraControlDuration) {
-    xpsim::NotYetSimulated("XPLMIsCameraBeingControlled");
-    if (outCameraControlDuration) *outCameraControlDuration = 0;
-    return 0;
-}
-
-void XPLMReadCameraPosition(XPLMCameraPosition_t * outCameraPosition) {
-    xpsim::NotYetSimulated("XPLMReadCameraPosition");
-    if (outCameraPosition) *outCameraPosition = XPLMCameraPosition_t();
+void XPLMReadCameraPosition(XPLMCameraPosition_t* outCameraPosition) {
+    xpsim::ReadCameraPosition(outCameraPosition);
 }

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "world/Camera.h"
 #include "world/DataRefs.h"
 #include "world/Plugins.h"
 #include "world/World.h"
@@ -155,6 +156,7 @@ void SimActs(const CommandRecord& command, XPLMCommandPhase phase) {
     const BuiltinCommand& builtin = kBuiltins[command.builtin];
     if (builtin.note != nullptr) {
         Note(command.name + ": " + builtin.note);
+        if (command.name.compare(0, 9, "sim/view/") == 0) ChangeView(command.name);
         return;
     }
     const bool pause = !SimPaused();

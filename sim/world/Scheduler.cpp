@@ -8,6 +8,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "world/Camera.h"
 #include "world/Commands.h"
 #include "world/Plugins.h"
 #include "world/Windows.h"
@@ -248,6 +249,7 @@ void RunFrameCallbacks() {
     RunFlightLoops(xplm_FlightLoop_Phase_BeforeFlightModel, sinceLastDispatch);
     RunFlightLoops(xplm_FlightLoop_Phase_AfterFlightModel, sinceLastDispatch);
     s.lastDispatchTime = SimTime();
+    RunCameraPhase();
     RunDrawing();
     UpdateCursor();
     s.dispatching--;

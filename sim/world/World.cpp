@@ -16,6 +16,7 @@
 #include <set>
 #include <vector>
 
+#include "world/Camera.h"
 #include "world/Commands.h"
 #include "world/DataRefs.h"
 #include "world/Keys.h"
@@ -314,6 +315,7 @@ PluginContext::~PluginContext() {
 
 void ResetWorld() {
     ResetScheduler();
+    ResetCamera();
     ResetWidgets();
     ResetWindows();
     ResetKeys();
@@ -342,6 +344,7 @@ void ForgetPlugin(int plugin) {
     };
     count(ForgetFlightLoopsOf(plugin), "flight loop", "flight loops");
     count(ForgetDrawCallbacksOf(plugin), "draw callback", "draw callbacks");
+    count(ForgetCameraOf(plugin), "camera control", "camera controls");
     // Widgets first: their windows go with them.
     count(ForgetWidgetsOf(plugin), "widget", "widgets");
     count(ForgetWindowsOf(plugin), "window", "windows");
