@@ -17,15 +17,13 @@ char CorvelleVersionNumber[256] = {0};
 
 namespace {
 
-enum EntryCheck { kAlways, kOnlyWhenEnabled };
-
 // The common pattern of a script entry-point call: skip disabled scripts when asked, find the
 // method, call it with the arguments and hand a successful result to `useResult`. A missing
 // method is logged; a failed call prints its Python error. The script's failure never reaches
 // the simulator.
 template <typename UseResult>
 int CallScriptMethod(PyObject* scriptId, bool checkEnabled, const char* method, PyObject* args,
-                     UseResult useResult, bool releaseTableReference = false) {
+                     UseResult useResult) {
     if (checkEnabled && !CVTestTable->GetScriptEnabledStatus(scriptId)) {
         Py_XDECREF(args);
         return 0;
@@ -37,9 +35,6 @@ int CallScriptMethod(PyObject* scriptId, bool checkEnabled, const char* method, 
         CV_WriteToLogf("Cannot find method %s\n", method);
         return 1;
     }
-    // The table's reference goes with the stop call; the bound method keeps the instance alive
-    // until the call is over.
-    if (releaseTableReference) Py_DECREF(scriptId);
     if (args == nullptr) {
         CV_PrintPythonError();
         Py_DECREF(callable);
@@ -84,7 +79,7 @@ int CallXPluginDisable(PyObject* scriptId, int checkEnabled) {
 }
 
 int CallXPluginStop(PyObject* scriptId, int checkEnabled) {
-    return CallScriptMethod(scriptId, checkEnabled != 0, "XPluginStop", PyTuple_New(0), IgnoreResult, true);
+    return CallScriptMethod(scriptId, checkEnabled != 0, "XPluginStop", PyTuple_New(0), IgnoreResult);
 }
 
 int CallXPluginReceiveMessage(PyObject* scriptId, int from, int message, void* param) {

@@ -150,7 +150,14 @@ void StopPython(int disableScripts) {
         PyObject* id = CVTestTable->GetScriptId(i);
         if (disableScripts == 1) CallXPluginDisable(id, 0);
         CallXPluginStop(id, 0);
+        // A stopped script receives nothing more, even from scripts that stop after it.
+        CVTestTable->SetScriptEnabledStatus(id, 0);
     }
+    // The table's references to the instances go only now that every script has stopped, so a
+    // script stopping later can never reach an instance that is already gone. The entries stay
+    // (by identity only) for the callback check below; the ids are no longer handed to scripts.
+    CVTestTable->SetScriptsReleased(1);
+    for (int i = 0; i < size; ++i) Py_XDECREF(CVTestTable->GetScriptId(i));
 
     PyRun_SimpleString("import sys\nsys.stdout = sys.__stdout__\nsys.stderr = sys.__stderr__\n");
 

@@ -48,7 +48,10 @@ void CV_ScriptTable::RemoveScriptId(PyObject* scriptId, TypeOfScript type) {
     }
 }
 
-void CV_ScriptTable::ClearScriptTable() { entries.clear(); }
+void CV_ScriptTable::ClearScriptTable() {
+    entries.clear();
+    scriptsReleased = 0;
+}
 
 PyObject* CV_ScriptTable::GetScriptId(int index) const {
     if (index < 0 || index >= static_cast<int>(entries.size())) return nullptr;

@@ -44,6 +44,10 @@ public:
     int GetNumberOfFeatures() const { return numberOfFeatures; }
     void SetNumberOfFeatures(int count) { numberOfFeatures = count; }
     int GetNumberOfWidgetScriptUsers() const { return numberOfWidgetScriptUsers; }
+    // 1 once the scripts have stopped and the table's instance references are released: the ids
+    // are then only compared, never handed to Python. Cleared with the table.
+    int GetScriptsReleased() const { return scriptsReleased; }
+    void SetScriptsReleased(int released) { scriptsReleased = released; }
 
     // Entries. Lookups by script id compare identity and act on the first match.
     void AddScriptId(PyObject* scriptId, const char* moduleName, TypeOfScript type);
@@ -118,6 +122,7 @@ private:
     std::vector<_CV_ScriptEntry> entries;
     int numberOfWidgetScriptUsers = 0;
     int runState = 0;
+    int scriptsReleased = 0;
     int numberOfFeatures = 0;
     std::vector<_CV_FeaturesListEntry> features;
 };

@@ -11,6 +11,9 @@
 
 namespace {
 
+// The table while its script ids may be handed to scripts.
+bool LiveTable() { return CVTestTable != nullptr && !CVTestTable->GetScriptsReleased(); }
+
 PyObject* Text(const char* text) { return PyUnicode_DecodeUTF8(text, static_cast<Py_ssize_t>(strlen(text)), "replace"); }
 
 PyObject* PY_CV_CountScripts(PyObject* self, PyObject* args) {
@@ -20,8 +23,8 @@ PyObject* PY_CV_CountScripts(PyObject* self, PyObject* args) {
 PyObject* PY_CV_GetNthScript(PyObject* self, PyObject* args) {
     int index = 0;
     if (!PyArg_ParseTuple(args, "i", &index)) return nullptr;
-    // An index outside the table names no script.
-    PyObject* id = CVTestTable ? CVTestTable->GetScriptId(index) : nullptr;
+    // An index outside the table names no script, and neither does any once the scripts stopped.
+    PyObject* id = LiveTable() ? CVTestTable->GetScriptId(index) : nullptr;
     if (id == nullptr) Py_RETURN_NONE;
     Py_INCREF(id);
     return id;
@@ -30,7 +33,7 @@ PyObject* PY_CV_GetNthScript(PyObject* self, PyObject* args) {
 PyObject* PY_CV_FindScriptBySignature(PyObject* self, PyObject* args) {
     const char* signature = nullptr;
     if (!PyArg_ParseTuple(args, "s", &signature)) return nullptr;
-    PyObject* id = CVTestTable ? CVTestTable->GetScriptIdFromSignature(signature) : nullptr;
+    PyObject* id = LiveTable() ? CVTestTable->GetScriptIdFromSignature(signature) : nullptr;
     if (id == nullptr) Py_RETURN_NONE;
     Py_INCREF(id);
     return id;

@@ -112,3 +112,28 @@ TEST(ScriptMessaging, ADisabledScriptsFlightLoopIsSkippedAndComesBackAfterOneSec
               "enabled at 2.5\n"
               "tick 3.0\ntick 3.25\ntick 3.5\n");
 }
+
+TEST(ScriptMessaging, MessagesSentWhileScriptsStopNeverReachAStoppedScript) {
+    SimFolder sim;
+    sim.writeScript("CV_A_First.py",
+                    "class Corvelle:\n"
+                    "    def XPluginStart(self):\n        return 'First', 'test.first', 'd'\n"
+                    "    def XPluginReceiveMessage(self, sender, message, param):\n"
+                    "        print('first got', message)\n"
+                    "    def XPluginStop(self):\n        print('first stopped')\n");
+    sim.writeScript("CV_B_Last.py",
+                    "from PythonScriptMessaging import *\n"
+                    "class Corvelle:\n"
+                    "    def XPluginStart(self):\n        return 'Last', 'test.last', 'd'\n"
+                    "    def XPluginReceiveMessage(self, sender, message, param):\n"
+                    "        print('last got', message)\n"
+                    "    def XPluginStop(self):\n"
+                    "        print('goodbye', CV_SendMessageToScript(self, None, 99, 'bye'))\n"
+                    "        first = CV_FindScriptBySignature('test.first')\n"
+                    "        print('first enabled', CV_IsScriptEnabled(first))\n"
+                    "        print('direct', CV_SendMessageToScript(self, first, 98, None))\n");
+    SimRun run = sim.run({"--frames", "2"});
+    ASSERT_EQ(run.exitCode, 0) << run.stderrText;
+    // The first script has stopped (and may be gone): the broadcast reaches only the sender.
+    EXPECT_EQ(sim.output(), "first stopped\nlast got 99\ngoodbye 1\nfirst enabled 0\ndirect 1\n");
+}
