@@ -45,12 +45,6 @@ CBuffer<T> AllocateZeroed(size_t count) {
 
 PyObject* Failure() { return PyLong_FromLong(0); }
 
-// Handles cross into Python as integers; anything else raises the interpreter's TypeError.
-bool DataRefFromObject(PyObject* object, XPLMDataRef* dataRef) {
-    *dataRef = PyLong_AsVoidPtr(object);
-    return PyErr_Occurred() == nullptr;
-}
-
 // A negative offset or count is the script's mistake: the simulator never sees it.
 bool CheckRange(const char* function, int offset, int count) {
     if (offset >= 0 && count >= 0) return true;
@@ -106,7 +100,7 @@ PyObject* PY_XPLMFindDataRef(PyObject* self, PyObject* args) {
 PyObject* PY_XPLMCanWriteDataRef(PyObject* self, PyObject* args) {
     PyObject* handle = nullptr;
     XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &handle) || !DataRefFromObject(handle, &dataRef)) return nullptr;
+    if (!PyArg_ParseTuple(args, "O", &handle) || !CV_PointerWord(handle, &dataRef)) return nullptr;
     int result = 0;
     CV_SDK_GUARD(kModule, "XPLMCanWriteDataRef", Failure(), result = XPLMCanWriteDataRef(dataRef));
     return PyLong_FromLong(result);
@@ -115,7 +109,7 @@ PyObject* PY_XPLMCanWriteDataRef(PyObject* self, PyObject* args) {
 PyObject* PY_XPLMGetDataRefTypes(PyObject* self, PyObject* args) {
     PyObject* handle = nullptr;
     XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &handle) || !DataRefFromObject(handle, &dataRef)) return nullptr;
+    if (!PyArg_ParseTuple(args, "O", &handle) || !CV_PointerWord(handle, &dataRef)) return nullptr;
     XPLMDataTypeID result = xplmType_Unknown;
     CV_SDK_GUARD(kModule, "XPLMGetDataRefTypes", Failure(), result = XPLMGetDataRefTypes(dataRef));
     return PyLong_FromLong(result);
@@ -124,7 +118,7 @@ PyObject* PY_XPLMGetDataRefTypes(PyObject* self, PyObject* args) {
 PyObject* PY_XPLMGetDatai(PyObject* self, PyObject* args) {
     PyObject* handle = nullptr;
     XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &handle) || !DataRefFromObject(handle, &dataRef)) return nullptr;
+    if (!PyArg_ParseTuple(args, "O", &handle) || !CV_PointerWord(handle, &dataRef)) return nullptr;
     int result = 0;
     CV_SDK_GUARD(kModule, "XPLMGetDatai", Failure(), result = XPLMGetDatai(dataRef));
     return PyLong_FromLong(result);
@@ -134,7 +128,7 @@ PyObject* PY_XPLMSetDatai(PyObject* self, PyObject* args) {
     PyObject* handle = nullptr;
     int value = 0;
     XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "Oi", &handle, &value) || !DataRefFromObject(handle, &dataRef)) return nullptr;
+    if (!PyArg_ParseTuple(args, "Oi", &handle, &value) || !CV_PointerWord(handle, &dataRef)) return nullptr;
     CV_SDK_GUARD(kModule, "XPLMSetDatai", Failure(), XPLMSetDatai(dataRef, value));
     return PyLong_FromLong(1);
 }
@@ -142,7 +136,7 @@ PyObject* PY_XPLMSetDatai(PyObject* self, PyObject* args) {
 PyObject* PY_XPLMGetDataf(PyObject* self, PyObject* args) {
     PyObject* handle = nullptr;
     XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &handle) || !DataRefFromObject(handle, &dataRef)) return nullptr;
+    if (!PyArg_ParseTuple(args, "O", &handle) || !CV_PointerWord(handle, &dataRef)) return nullptr;
     float result = 0.0f;
     CV_SDK_GUARD(kModule, "XPLMGetDataf", Failure(), result = XPLMGetDataf(dataRef));
     return PyFloat_FromDouble(result);
@@ -152,7 +146,7 @@ PyObject* PY_XPLMSetDataf(PyObject* self, PyObject* args) {
     PyObject* handle = nullptr;
     float value = 0.0f;
     XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "Of", &handle, &value) || !DataRefFromObject(handle, &dataRef)) return nullptr;
+    if (!PyArg_ParseTuple(args, "Of", &handle, &value) || !CV_PointerWord(handle, &dataRef)) return nullptr;
     CV_SDK_GUARD(kModule, "XPLMSetDataf", Failure(), XPLMSetDataf(dataRef, value));
     return PyLong_FromLong(1);
 }
@@ -160,7 +154,7 @@ PyObject* PY_XPLMSetDataf(PyObject* self, PyObject* args) {
 PyObject* PY_XPLMGetDatad(PyObject* self, PyObject* args) {
     PyObject* handle = nullptr;
     XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &handle) || !DataRefFromObject(handle, &dataRef)) return nullptr;
+    if (!PyArg_ParseTuple(args, "O", &handle) || !CV_PointerWord(handle, &dataRef)) return nullptr;
     double result = 0.0;
     CV_SDK_GUARD(kModule, "XPLMGetDatad", Failure(), result = XPLMGetDatad(dataRef));
     return PyFloat_FromDouble(result);
@@ -170,7 +164,7 @@ PyObject* PY_XPLMSetDatad(PyObject* self, PyObject* args) {
     PyObject* handle = nullptr;
     double value = 0.0;
     XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "Od", &handle, &value) || !DataRefFromObject(handle, &dataRef)) return nullptr;
+    if (!PyArg_ParseTuple(args, "Od", &handle, &value) || !CV_PointerWord(handle, &dataRef)) return nullptr;
     CV_SDK_GUARD(kModule, "XPLMSetDatad", Failure(), XPLMSetDatad(dataRef, value));
     return PyLong_FromLong(1);
 }
@@ -186,7 +180,7 @@ PyObject* GetArray(PyObject* args, const char* function, int (*getter)(XPLMDataR
     PyObject* list = nullptr;
     int offset = 0, maximum = 0;
     XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "OOii", &handle, &list, &offset, &maximum) || !DataRefFromObject(handle, &dataRef))
+    if (!PyArg_ParseTuple(args, "OOii", &handle, &list, &offset, &maximum) || !CV_PointerWord(handle, &dataRef))
         return nullptr;
 
     // With no buffer the simulator reports the full element count and ignores offset and maximum.
@@ -249,7 +243,7 @@ PyObject* SetArray(PyObject* args, const char* function, void (*setter)(XPLMData
     PyObject* sequence = nullptr;
     int offset = 0, count = 0;
     XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "OOii", &handle, &sequence, &offset, &count) || !DataRefFromObject(handle, &dataRef))
+    if (!PyArg_ParseTuple(args, "OOii", &handle, &sequence, &offset, &count) || !CV_PointerWord(handle, &dataRef))
         return nullptr;
     if (!PySequence_Check(sequence)) {
         PyErr_SetString(PyExc_TypeError, "expected sequence");
@@ -298,7 +292,7 @@ PyObject* PY_XPLMGetDatab(PyObject* self, PyObject* args) {
     PyObject* list = nullptr;
     int offset = 0, maximum = 0;
     XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "OOii", &handle, &list, &offset, &maximum) || !DataRefFromObject(handle, &dataRef))
+    if (!PyArg_ParseTuple(args, "OOii", &handle, &list, &offset, &maximum) || !CV_PointerWord(handle, &dataRef))
         return nullptr;
 
     int size = 0;
@@ -358,7 +352,7 @@ PyObject* PY_XPLMSetDatab(PyObject* self, PyObject* args) {
     PyObject* values = nullptr;
     int offset = 0, count = 0;
     XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "OOii", &handle, &values, &offset, &count) || !DataRefFromObject(handle, &dataRef))
+    if (!PyArg_ParseTuple(args, "OOii", &handle, &values, &offset, &count) || !CV_PointerWord(handle, &dataRef))
         return nullptr;
     if (!PySequence_Check(values)) {
         PyErr_SetString(PyExc_TypeError, "expected sequence");
@@ -560,7 +554,7 @@ PyObject* PY_XPLMUnregisterDataAccessor(PyObject* self, PyObject* args) {
     const char* const function = "XPLMUnregisterDataAccessor";
     PyObject *scriptId = nullptr, *handle = nullptr;
     XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "OO", &scriptId, &handle) || !DataRefFromObject(handle, &dataRef)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OO", &scriptId, &handle) || !CV_PointerWord(handle, &dataRef)) return nullptr;
 
     // One index for all twelve searches: a search that finds nothing leaves it as it was, so it ends
     // as the position of the record found in the last list that held one.

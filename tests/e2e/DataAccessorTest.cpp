@@ -15,26 +15,9 @@ namespace {
 // indented by eight spaces), `stop` in XPluginStop, with further methods.
 std::string Script(const std::string& name, const std::string& start, const std::string& enable,
                    const std::string& stop, const std::string& methods = "") {
-    return "from XPLMDataAccess import *\n"
-           "from XPLMProcessing import *\n"
-           "class Corvelle:\n"
-           "    def XPluginStart(self):\n" +
-           start + "        return '" + name + "', 'test." + name + "', 'A test script'\n" +
-           "    def XPluginEnable(self):\n" + enable + "        return 1\n" +
-           "    def XPluginStop(self):\n" + stop + "        pass\n" +
-           "    def XPluginDisable(self):\n        pass\n"
-           "    def XPluginReceiveMessage(self, fromWho, message, param):\n        pass\n" +
-           methods;
-}
-
-// The text between `before` and the next `after`, or "" when there is none.
-std::string Between(const std::string& text, const std::string& before, const std::string& after,
-                    size_t from = 0) {
-    size_t start = text.find(before, from);
-    if (start == std::string::npos) return "";
-    start += before.size();
-    size_t end = text.find(after, start);
-    return end == std::string::npos ? "" : text.substr(start, end - start);
+    return EntryPointScript("from XPLMDataAccess import *\n"
+                            "from XPLMProcessing import *\n",
+                            name, start, enable, stop, methods);
 }
 
 // The twelve size lines of an accessor trace, from the sizes in argument order.

@@ -23,15 +23,6 @@ std::string Script(const std::string& name, const std::string& start, const std:
            methods;
 }
 
-// The text between `before` and the next `after`, or "" when there is none.
-std::string Between(const std::string& text, const std::string& before, const std::string& after) {
-    size_t start = text.find(before);
-    if (start == std::string::npos) return "";
-    start += before.size();
-    size_t end = text.find(after, start);
-    return end == std::string::npos ? "" : text.substr(start, end - start);
-}
-
 const std::string kSeparator(115, '-');
 
 TEST(FlightLoopTest, IntervalRunsTheLoopTenTimesPerSimulatedSecond) {

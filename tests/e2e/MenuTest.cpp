@@ -10,16 +10,9 @@ namespace {
 
 std::string Script(const std::string& name, const std::string& start, const std::string& enable,
                    const std::string& stop, const std::string& methods) {
-    return "import builtins\n"
-           "from XPLMMenus import *\n"
-           "class Corvelle:\n"
-           "    def XPluginStart(self):\n" +
-           start + "        return '" + name + "', 'test." + name + "', 'A test script'\n" +
-           "    def XPluginEnable(self):\n" + enable + "        return 1\n" +
-           "    def XPluginStop(self):\n" + stop + "        pass\n" +
-           "    def XPluginDisable(self):\n        pass\n"
-           "    def XPluginReceiveMessage(self, fromWho, message, param):\n        pass\n" +
-           methods;
+    return EntryPointScript("import builtins\n"
+                            "from XPLMMenus import *\n",
+                            name, start, enable, stop, methods);
 }
 
 const std::string kHandler = "    def Handler(self, menuRef, itemRef):\n"
@@ -195,7 +188,7 @@ TEST(Menu, WrongArgumentsRaiseOrAreReportedAndTheMethodTableIsComplete) {
               "XPLMRemoveMenuItem Remove Menu Item.\n"
               "XPLMSetMenuItemName Set Menu Item Name.\n");
     EXPECT_TRUE(InOrder(sim.simLog(), {"xpsim: XPLMAppendMenuItem: ", "xpsim: XPLMCheckMenuItemState: ",
-                                       "xpsim: XPLMCheckMenuItem: menu 'Plugins' has no item 99"}))
+                            "xpsim: XPLMCheckMenuItem: menu 'Plugins' has no item 99"}))
         << sim.simLog();
     EXPECT_NE(sim.log().find("Module - XPLMMenus, Function - XPLMDestroyMenu, Error = Script 'BadMenus.py' was "
                              "unregistering a callback that does not exist.\n"),

@@ -54,6 +54,27 @@ std::vector<std::string> Lines(const std::string& text) {
     return lines;
 }
 
+std::string Between(const std::string& text, const std::string& before, const std::string& after, size_t from) {
+    size_t start = text.find(before, from);
+    if (start == std::string::npos) return "";
+    start += before.size();
+    size_t end = text.find(after, start);
+    return end == std::string::npos ? "" : text.substr(start, end - start);
+}
+
+std::string EntryPointScript(const std::string& header, const std::string& name, const std::string& start,
+                             const std::string& enable, const std::string& stop, const std::string& methods) {
+    return header +
+           "class Corvelle:\n"
+           "    def XPluginStart(self):\n" +
+           start + "        return '" + name + "', 'test." + name + "', 'A test script'\n" +
+           "    def XPluginEnable(self):\n" + enable + "        return 1\n" +
+           "    def XPluginStop(self):\n" + stop + "        pass\n" +
+           "    def XPluginDisable(self):\n        pass\n"
+           "    def XPluginReceiveMessage(self, fromWho, message, param):\n        pass\n" +
+           methods;
+}
+
 SimFolder::SimFolder(bool withScriptsFolder) {
     std::string base = fs::temp_directory_path().string() + "/corvelle-e2e-XXXXXX";
     std::vector<char> buffer(base.begin(), base.end());

@@ -50,6 +50,14 @@ size_t CountOf(const std::string& text, const std::string& needle);
 // True when every needle occurs in text, each after the previous one.
 bool InOrder(const std::string& text, const std::vector<std::string>& needles);
 std::vector<std::string> Lines(const std::string& text);
+// The text between `before` and the next `after`, searching from `from`; "" when there is none.
+std::string Between(const std::string& text, const std::string& before, const std::string& after, size_t from = 0);
+
+// The source of a script: `header` (imports and helpers), then a class Corvelle whose XPluginStart
+// runs `start` and returns the name `name`, whose XPluginEnable runs `enable` and XPluginStop runs
+// `stop` (each indented by eight spaces), followed by `methods` (further class-level code).
+std::string EntryPointScript(const std::string& header, const std::string& name, const std::string& start,
+                             const std::string& enable, const std::string& stop, const std::string& methods = "");
 
 // The source of a test script. It imports every module named (from M import *) and XPLMProcessing,
 // and defines a class Corvelle whose XPluginStart runs `start`, whose first flight loop (the first

@@ -14,14 +14,6 @@ namespace {
 const std::vector<std::string> kWidgetModules = {"XPWidgetDefs", "XPWidgets", "XPStandardWidgets", "XPUIGraphics",
                                                  "XPWidgetUtils"};
 
-std::string Between(const std::string& text, const std::string& before, const std::string& after) {
-    size_t start = text.find(before);
-    if (start == std::string::npos) return "";
-    start += before.size();
-    size_t end = text.find(after, start);
-    return end == std::string::npos ? "" : text.substr(start, end - start);
-}
-
 TEST(Widget, DialogReactsToClicksTypingAndTheCloseBox) {
     SimFolder sim;
     sim.writeFile("Resources/plugins/Corvelle/Corvelle.ini", "[DEBUG]\nDebugCallbacks=1\nCheckCallbacks=1\n");

@@ -12,32 +12,15 @@ namespace {
 
 std::string Script(const std::string& name, const std::string& start, const std::string& enable,
                    const std::string& stop, const std::string& methods) {
-    return "from XPLMDefs import *\n"
-           "from XPLMDisplay import *\n"
-           "from XPLMProcessing import *\n"
-           "def attempt(label, call):\n"
-           "    try:\n"
-           "        print(label, call())\n"
-           "    except Exception as error:\n"
-           "        print(label, type(error).__name__)\n"
-           "class Corvelle:\n"
-           "    def XPluginStart(self):\n" +
-           start + "        return '" + name + "', 'test." + name + "', 'A test script'\n" +
-           "    def XPluginEnable(self):\n" + enable + "        return 1\n" +
-           "    def XPluginStop(self):\n" + stop + "        pass\n" +
-           "    def XPluginDisable(self):\n        pass\n"
-           "    def XPluginReceiveMessage(self, fromWho, message, param):\n        pass\n" +
-           methods;
-}
-
-// The text between `before` and the next `after`, starting the search at `from`.
-std::string Between(const std::string& text, const std::string& before, const std::string& after,
-                    size_t from = 0) {
-    size_t start = text.find(before, from);
-    if (start == std::string::npos) return "";
-    start += before.size();
-    size_t end = text.find(after, start);
-    return end == std::string::npos ? "" : text.substr(start, end - start);
+    return EntryPointScript("from XPLMDefs import *\n"
+                            "from XPLMDisplay import *\n"
+                            "from XPLMProcessing import *\n"
+                            "def attempt(label, call):\n"
+                            "    try:\n"
+                            "        print(label, call())\n"
+                            "    except Exception as error:\n"
+                            "        print(label, type(error).__name__)\n",
+                            name, start, enable, stop, methods);
 }
 
 // Every value of a "name = value" pair in the log, in order.
