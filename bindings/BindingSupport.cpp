@@ -1,10 +1,12 @@
-// Module creation and script-facing reporting shared by all binding modules.
+// The binding toolkit shared by all script-facing modules.
 #include "BindingSupport.h"
 
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 
 #include "CV_ScriptTable.h"
+#include "LogFiles.h"
 #include "PythonErrors.h"
 
 PyObject* CV_CreateModule(PyModuleDef* definition, const CV_IntConstant* constants, size_t constantCount) {
@@ -15,15 +17,16 @@ PyObject* CV_CreateModule(PyModuleDef* definition, const CV_IntConstant* constan
     }
     PyObject* dict = PyModule_GetDict(module);
     for (size_t i = 0; i < constantCount; ++i) {
-        PyObject* value = PyLong_FromLong(constants[i].value);
-        if (value == nullptr || PyDict_SetItemString(dict, constants[i].name, value) != 0) CV_PrintPythonError();
-        Py_XDECREF(value);
+        CV_PyRef value(PyLong_FromLong(constants[i].value));
+        if (!value || PyDict_SetItemString(dict, constants[i].name, value.get()) != 0) CV_PrintPythonError();
     }
     PyObject* modules = PyImport_GetModuleDict();
     if (PyDict_SetItemString(modules, definition->m_name, module) != 0) CV_PrintPythonError();
     Py_DECREF(module);  // sys.modules holds it
     return module;
 }
+
+// ---------------------------------------------------------------- reports
 
 void PrintExceptionf(const char* module, const char* function, const char* format, ...) {
     char message[4096];
@@ -40,10 +43,53 @@ void CV_GetScriptNameForMessages(PyObject* scriptId, char* outName) {
     if (CVTestTable) CVTestTable->GetScriptDescriptions(scriptId, outName, signature, description);
 }
 
+void CV_ReportUnknownCallback(const char* module, const char* function, const char* scriptName, CV_MatchedBy by) {
+    if (by == CV_MatchedBy::Refcon)
+        PrintExceptionf(module, function,
+                        "Script '%s.py' was unregistering a callback and refcon that does not exist, check refcon "
+                        "matches the one that was used in registering.",
+                        scriptName);
+    else
+        PrintExceptionf(module, function, "Script '%s.py' was unregistering a callback that does not exist.",
+                        scriptName);
+}
+
+void CV_ReportChangedCall(const char* module, const char* function, const char* const* usageLines, size_t lineCount) {
+    // The separator line around the usage help: 115 dashes.
+    static const std::string separator = std::string(115, '-') + "\n";
+    CV_WriteToLog(separator.c_str());
+    PrintException(module, function, "Wrong number of parameters Error");
+    CV_WriteToLog(separator.c_str());
+    for (size_t i = 0; i < lineCount; ++i) CV_WriteToLog(usageLines[i]);
+    CV_WriteToLog(separator.c_str());
+}
+
+void CV_ReportNotSupported(const char* module, const char* function, CV_SdkLevel level) {
+    PrintException(module, function,
+                   level == CV_SdkLevel::Sdk200 ? "Not supported in SDK 1.02" : "Not supported in SDK 1.02 or SDK 2.00");
+}
+
+// ---------------------------------------------------------------- arguments
+
 bool CV_PointerWord(PyObject* object, void** word) {
     *word = PyLong_AsVoidPtr(object);
     return !(*word == nullptr && PyErr_Occurred());
 }
+
+int CV_PointerArg(PyObject* object, void* address) { return CV_PointerWord(object, static_cast<void**>(address)); }
+
+// ---------------------------------------------------------------- results
+
+PyObject* CV_TextResult(const char* text, size_t length) {
+    if (text == nullptr) return PyUnicode_FromStringAndSize("", 0);
+    return PyUnicode_DecodeUTF8(text, static_cast<Py_ssize_t>(length), "replace");
+}
+
+PyObject* CV_TextResult(const char* text) { return CV_TextResult(text, text ? strlen(text) : 0); }
+
+PyObject* CV_BufferText(const char* buffer, size_t size) { return CV_TextResult(buffer, strnlen(buffer, size)); }
+
+// ---------------------------------------------------------------- output arguments
 
 bool CV_CheckOutputList(PyObject* object) {
     if (object == Py_None || PyList_Check(object)) return true;
@@ -52,22 +98,14 @@ bool CV_CheckOutputList(PyObject* object) {
 }
 
 bool CV_StoreOutput(PyObject* list, PyObject* value) {
-    if (value == nullptr) return false;
-    if (list == Py_None) {
-        Py_DECREF(value);
-        return true;
-    }
-    if (PyList_GET_SIZE(list) == 0) {
-        int rc = PyList_Append(list, value);
-        Py_DECREF(value);
-        return rc == 0;
-    }
-    return PyList_SetItem(list, 0, value) == 0;  // steals the reference
+    CV_PyRef owned(value);
+    if (!owned) return false;
+    if (list == Py_None) return true;
+    if (PyList_GET_SIZE(list) == 0) return PyList_Append(list, owned.get()) == 0;
+    return PyList_SetItem(list, 0, owned.release()) == 0;  // steals the reference
 }
 
 bool CV_AppendOutput(PyObject* list, PyObject* value) {
-    if (value == nullptr) return false;
-    int rc = PyList_Append(list, value);
-    Py_DECREF(value);
-    return rc == 0;
+    CV_PyRef owned(value);
+    return owned && PyList_Append(list, owned.get()) == 0;
 }

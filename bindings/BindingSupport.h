@@ -1,8 +1,17 @@
-// What every script-facing module shares: creating the module, installing its integer constants,
-// and reporting a script's misuse without raising.
+// The toolkit every script-facing module is written with: creating the module, reading arguments,
+// guarding SDK calls, the SDK-level gate, results and output lists, and the reports of a script's
+// misuse. A binding is parse, gate, guard, call, result (see ARCHITECTURE.md); none of these pieces
+// is written again in a module.
 #pragma once
 
 #include <Python.h>
+
+#include <cstddef>
+#include <string>
+
+#include "PythonRef.h"
+
+// ---------------------------------------------------------------- modules
 
 // One integer constant of a module, by its SDK name.
 struct CV_IntConstant {
@@ -22,16 +31,11 @@ PyObject* CV_CreateModule(PyModuleDef* definition, const CV_IntConstant (&consta
     return CV_CreateModule(definition, constants, N);
 }
 
+// ---------------------------------------------------------------- reports
+
 // Reports a problem of the script's making: "Module - %s, Function - %s, Error = %s\n" to the
 // print list and the log. Never raises.
 void PrintException(const char* module, const char* function, const char* message);
-
-// The reports of an unregistration that found nothing to remove, formatted with the script's name.
-#define CV_MSG_UNKNOWN_CALLBACK_AND_REFCON                                                              \
-    "Script '%s.py' was unregistering a callback and refcon that does not exist, check refcon matches " \
-    "the one that was used in registering."
-#define CV_MSG_UNKNOWN_CALLBACK "Script '%s.py' was unregistering a callback that does not exist."
-
 // Formats the message first (cut to 4095 characters).
 void PrintExceptionf(const char* module, const char* function, const char* format, ...)
     __attribute__((format(printf, 3, 4)));
@@ -39,25 +43,94 @@ void PrintExceptionf(const char* module, const char* function, const char* forma
 // The name a script gave itself in its XPluginStart, for messages about it.
 void CV_GetScriptNameForMessages(PyObject* scriptId, char* outName /* 256 bytes */);
 
+// An unregistration found no record: "Script '<name>.py' was unregistering a callback that does not
+// exist." or, for the kinds matched by callable and refcon, the longer text that asks the script to
+// check its refcon. Nothing is removed and the SDK is not called.
+enum class CV_MatchedBy { Handle, Refcon };
+void CV_ReportUnknownCallback(const char* module, const char* function, const char* scriptName, CV_MatchedBy by);
+
+// A call that scripts still make in an older form: the parse error reaches the script, and the log
+// gets the "Wrong number of parameters Error" report and the usage lines between separator lines.
+void CV_ReportChangedCall(const char* module, const char* function, const char* const* usageLines, size_t lineCount);
+template <size_t N>
+void CV_ReportChangedCall(const char* module, const char* function, const char* const (&usageLines)[N]) {
+    CV_ReportChangedCall(module, function, usageLines, N);
+}
+
+// ---------------------------------------------------------------- the SDK guard
+
+#define CV_PARAMETER_ERROR "Parameter Error"
+#define CV_FUNCTION_ERROR "Function Error"
+
+// Runs one SDK call. Whatever it throws becomes a report (`error`, "Parameter Error" unless the
+// binding's description says otherwise) and false, so that nothing crosses back into the simulator.
+template <typename Call>
+inline bool CV_Guarded(const char* module, const char* function, Call&& call, const char* error = CV_PARAMETER_ERROR) {
+    try {
+        call();
+        return true;
+    } catch (...) {
+        PrintException(module, function, error);
+        return false;
+    }
+}
+
+// The common form: the statements run inside the guard, and a throw returns `failure` to the script.
+#define CV_SDK_GUARD(module, function, failure, ...)                                  \
+    do {                                                                              \
+        if (!CV_Guarded(module, function, [&]() { __VA_ARGS__; })) return failure;    \
+    } while (0)
+
+// ---------------------------------------------------------------- the SDK-level gate
+
+// Functions newer than SDK 1.02 are reached through the `*_ptr` entries found at start, null where
+// the simulator lacks them. A binding of one checks its entry before it even reads its arguments.
+enum class CV_SdkLevel { Sdk200, Sdk210 };
+// "Not supported in SDK 1.02" (an SDK 2.00 function) or "Not supported in SDK 1.02 or SDK 2.00".
+void CV_ReportNotSupported(const char* module, const char* function, CV_SdkLevel level);
+
+#define CV_REQUIRE_SDK(module, level, function)                                         \
+    do {                                                                                \
+        if (function##_ptr == nullptr) {                                                \
+            CV_ReportNotSupported(module, #function, CV_SdkLevel::level);               \
+            return CV_IntResult(0);                                                     \
+        }                                                                               \
+    } while (0)
+
+// ---------------------------------------------------------------- arguments
+
 // A script's refcon or an SDK handle as the pointer-sized word it stands for. False with the
 // Python error set when the object is not an integer.
 bool CV_PointerWord(PyObject* object, void** word);
+// The same as a PyArg_ParseTuple "O&" converter; `address` is the address of any pointer-typed
+// handle (XPLMDataRef, XPLMWindowID, void* refcon ...).
+int CV_PointerArg(PyObject* object, void* address);
+
+// ---------------------------------------------------------------- results
+
+// The Python int a binding answers with; CV_IntResult(0) is the failure value of every binding.
+inline PyObject* CV_IntResult(long value) { return PyLong_FromLong(value); }
+// An SDK handle as the integer scripts hold.
+inline PyObject* CV_HandleResult(const void* handle) { return PyLong_FromVoidPtr(const_cast<void*>(handle)); }
+// A text from the simulator as a str; bytes that are not UTF-8 are replaced. Null gives "".
+PyObject* CV_TextResult(const char* text, size_t length);
+PyObject* CV_TextResult(const char* text);
+inline PyObject* CV_TextResult(const std::string& text) { return CV_TextResult(text.data(), text.size()); }
+// The text in a buffer of `size` bytes that the simulator filled, up to its first zero byte.
+PyObject* CV_BufferText(const char* buffer, size_t size);
+
+// ---------------------------------------------------------------- output arguments
 
 // Output arguments are None (the SDK gets no buffer) or a list that receives the value; anything
 // else raises TypeError "expected sequence".
 bool CV_CheckOutputList(PyObject* object);
+// The buffer handed to the SDK for an output argument: none for None.
+template <typename T>
+T* CV_OutPointer(PyObject* out, T* storage) {
+    return out == Py_None ? nullptr : storage;
+}
 // Puts a value into an output argument: appended to an empty list, else stored as item 0; nothing
 // for None. Takes the new reference of `value` in every case. False with the Python error set.
 bool CV_StoreOutput(PyObject* list, PyObject* value);
 // Appends a value to a list; takes the new reference of `value`. False with the Python error set.
 bool CV_AppendOutput(PyObject* list, PyObject* value);
-
-// Every SDK call a binding makes runs inside this guard: an exception becomes a "Parameter Error"
-// report and the failure value is returned to the script.
-#define CV_SDK_GUARD(module, function, failure, ...)                    \
-    try {                                                               \
-        __VA_ARGS__;                                                    \
-    } catch (...) {                                                     \
-        PrintException(module, function, "Parameter Error");           \
-        return failure;                                                 \
-    }

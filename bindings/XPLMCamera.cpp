@@ -23,26 +23,20 @@ const CV_IntConstant XPLMCameraConstants[] = {
     {"xplm_ControlCameraForever", 2},
 };
 
-PyObject* IntResult(long value) { return PyLong_FromLong(value); }
-
 // Each call adds a record, even when this or another script already controls the camera: the
 // simulator tells the previous controller that it lost control, and its record stays until its
 // script calls XPLMDontControlCamera.
 PyObject* PY_XPLMControlCamera(PyObject* self, PyObject* args) {
-    PyObject *scriptId = nullptr, *callable = nullptr, *refconObject = nullptr;
+    PyObject *scriptId = nullptr, *callable = nullptr;
     int howLong = 0;
-    if (!PyArg_ParseTuple(args, "OiOO", &scriptId, &howLong, &callable, &refconObject)) return nullptr;
     void* refcon = nullptr;
-    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OiOO&", &scriptId, &howLong, &callable, CV_PointerArg, &refcon)) return nullptr;
 
     _CallbackList* entry = CVTestTable->AddCallback(&CameraCallbackList, scriptId, nullptr, callable, refcon);
-    try {
-        XPLMControlCamera(howLong, CV_CameraControlCallback, entry);
-    } catch (...) {
+    if (!CV_Guarded(kModule, "XPLMControlCamera", [&] { XPLMControlCamera(howLong, CV_CameraControlCallback, entry); })) {
         // The simulator did not take the record: it must not stay behind as a registration.
-        CVTestTable->DeleteCallback(&CameraCallbackList, entry, static_cast<int>(CameraCallbackList.size()) - 1);
-        PrintException(kModule, "XPLMControlCamera", "Parameter Error");
-        return IntResult(0);
+        CVTestTable->DeleteCallback(&CameraCallbackList, entry, -1);
+        return CV_IntResult(0);
     }
 
     // The list's size line keeps the hot key wording on purpose: log readers search for it.
@@ -51,7 +45,7 @@ PyObject* PY_XPLMControlCamera(PyObject* self, PyObject* args) {
                               CV_FormatText("pScriptId = %lx, inHowLong = %d, inRefcon = %ld\n", CV_Hex(scriptId), howLong,
                                             CV_Dec(refcon)),
                               {{"HotKeysCallbackList", CameraCallbackList.size()}});
-    return IntResult(1);
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMDontControlCamera(PyObject* self, PyObject* args) {
@@ -64,25 +58,24 @@ PyObject* PY_XPLMDontControlCamera(PyObject* self, PyObject* args) {
     int found = 0, index = 0;
     _CallbackList* entry = CVTestTable->FindCallback(CameraCallbackList, scriptId, static_cast<void*>(nullptr), &found, &index);
     if (found) {
-        CV_SDK_GUARD(kModule, "XPLMDontControlCamera", IntResult(0), XPLMDontControlCamera());
+        CV_SDK_GUARD(kModule, "XPLMDontControlCamera", CV_IntResult(0), XPLMDontControlCamera());
         CVTestTable->DeleteCallback(&CameraCallbackList, entry, index);
     } else {
-        PrintExceptionf(kModule, "XPLMDontControlCamera", CV_MSG_UNKNOWN_CALLBACK,
-                        scriptName);
+        CV_ReportUnknownCallback(kModule, "XPLMDontControlCamera", scriptName, CV_MatchedBy::Handle);
     }
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("XPLMDontControlCamera",
                               CV_FormatText("pScriptId = %lx, Script Name = %s\n", CV_Hex(scriptId), scriptName),
-                              {{"CameraCallbackList", CameraCallbackList.size()}});
-    return IntResult(1);
+                              {CameraCallbackList});
+    return CV_IntResult(1);
 }
 
 // Takes no arguments; whatever the script passes is ignored.
 PyObject* PY_XPLMIsCameraBeingControlled(PyObject* self, PyObject* args) {
     XPLMCameraControlDuration howLong = 0;
     int controlled = 0;
-    CV_SDK_GUARD(kModule, "XPLMIsCameraBeingControlled", IntResult(0),
+    CV_SDK_GUARD(kModule, "XPLMIsCameraBeingControlled", CV_IntResult(0),
                  controlled = XPLMIsCameraBeingControlled(&howLong));
     return Py_BuildValue("ii", controlled, howLong);
 }

@@ -7,14 +7,13 @@
 #include <Python.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cfloat>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "BindingModules.h"
 #include "BindingSupport.h"
@@ -43,12 +42,10 @@ CBuffer<T> AllocateZeroed(size_t count) {
     return CBuffer<T>(static_cast<T*>(std::calloc(count > 0 ? count : 1, sizeof(T))));
 }
 
-PyObject* Failure() { return PyLong_FromLong(0); }
-
 // A negative offset or count is the script's mistake: the simulator never sees it.
 bool CheckRange(const char* function, int offset, int count) {
     if (offset >= 0 && count >= 0) return true;
-    PrintException(kModule, function, "Parameter Error");
+    PrintException(kModule, function, CV_PARAMETER_ERROR);
     return false;
 }
 
@@ -59,160 +56,138 @@ float ToFloat(double value) {
     return static_cast<float>(value);
 }
 
-PyObject* FromInt(int value) { return PyLong_FromLong(value); }
-PyObject* FromFloat(float value) { return PyFloat_FromDouble(value); }
-
-// Appends each of the n items, in buffer order, to the end of the script's list.
-template <typename T>
-bool AppendItems(PyObject* list, const T* values, int n, PyObject* (*convert)(T)) {
-    for (int i = 0; i < n; ++i) {
-        PyObject* item = convert(values[i]);
-        if (item == nullptr) return false;
-        int rc = PyList_Append(list, item);
-        Py_DECREF(item);
-        if (rc != 0) return false;
-    }
-    return true;
-}
-
-// The list argument of the array getters: None asks for the size, otherwise a list to append to.
-bool CheckOutputList(PyObject* list) {
-    if (PyList_Check(list)) return true;
-    PyErr_SetString(PyExc_TypeError, "expected sequence");
-    return false;
-}
-
 // ---------------------------------------------------------------- look-up and scalar access
 
 PyObject* PY_XPLMFindDataRef(PyObject* self, PyObject* args) {
     const char* name = nullptr;
     if (!PyArg_ParseTuple(args, "s", &name)) return nullptr;
     XPLMDataRef dataRef = nullptr;
-    CV_SDK_GUARD(kModule, "XPLMFindDataRef", Failure(), dataRef = XPLMFindDataRef(name));
+    CV_SDK_GUARD(kModule, "XPLMFindDataRef", CV_IntResult(0), dataRef = XPLMFindDataRef(name));
     if (dataRef == nullptr) {
         PrintExceptionf(kModule, "XPLMFindDataRef", "DataRef [%s] not found, check that DataRef string is correct",
                         name);
         Py_RETURN_NONE;
     }
-    return PyLong_FromVoidPtr(dataRef);
+    return CV_HandleResult(dataRef);
+}
+
+// How each scalar type is passed in and given back.
+template <typename T>
+struct Scalar;
+template <>
+struct Scalar<int> {
+    static constexpr const char* kSetFormat = "O&i";
+    static PyObject* Result(int value) { return PyLong_FromLong(value); }
+};
+template <>
+struct Scalar<float> {
+    static constexpr const char* kSetFormat = "O&f";
+    static PyObject* Result(float value) { return PyFloat_FromDouble(value); }
+};
+template <>
+struct Scalar<double> {
+    static constexpr const char* kSetFormat = "O&d";
+    static PyObject* Result(double value) { return PyFloat_FromDouble(value); }
+};
+
+// The functions of one data reference that answer one value: the typed getters,
+// XPLMCanWriteDataRef and XPLMGetDataRefTypes.
+template <typename T, T (*Get)(XPLMDataRef)>
+PyObject* GetScalar(PyObject* args, const char* function) {
+    XPLMDataRef dataRef = nullptr;
+    if (!PyArg_ParseTuple(args, "O&", CV_PointerArg, &dataRef)) return nullptr;
+    T value{};
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), value = Get(dataRef));
+    return Scalar<T>::Result(value);
+}
+
+template <typename T, void (*Set)(XPLMDataRef, T)>
+PyObject* SetScalar(PyObject* args, const char* function) {
+    XPLMDataRef dataRef = nullptr;
+    T value{};
+    if (!PyArg_ParseTuple(args, Scalar<T>::kSetFormat, CV_PointerArg, &dataRef, &value)) return nullptr;
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), Set(dataRef, value));
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMCanWriteDataRef(PyObject* self, PyObject* args) {
-    PyObject* handle = nullptr;
-    XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &handle) || !CV_PointerWord(handle, &dataRef)) return nullptr;
-    int result = 0;
-    CV_SDK_GUARD(kModule, "XPLMCanWriteDataRef", Failure(), result = XPLMCanWriteDataRef(dataRef));
-    return PyLong_FromLong(result);
+    return GetScalar<int, XPLMCanWriteDataRef>(args, "XPLMCanWriteDataRef");
 }
-
 PyObject* PY_XPLMGetDataRefTypes(PyObject* self, PyObject* args) {
-    PyObject* handle = nullptr;
-    XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &handle) || !CV_PointerWord(handle, &dataRef)) return nullptr;
-    XPLMDataTypeID result = xplmType_Unknown;
-    CV_SDK_GUARD(kModule, "XPLMGetDataRefTypes", Failure(), result = XPLMGetDataRefTypes(dataRef));
-    return PyLong_FromLong(result);
+    return GetScalar<XPLMDataTypeID, XPLMGetDataRefTypes>(args, "XPLMGetDataRefTypes");
 }
-
-PyObject* PY_XPLMGetDatai(PyObject* self, PyObject* args) {
-    PyObject* handle = nullptr;
-    XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &handle) || !CV_PointerWord(handle, &dataRef)) return nullptr;
-    int result = 0;
-    CV_SDK_GUARD(kModule, "XPLMGetDatai", Failure(), result = XPLMGetDatai(dataRef));
-    return PyLong_FromLong(result);
-}
-
-PyObject* PY_XPLMSetDatai(PyObject* self, PyObject* args) {
-    PyObject* handle = nullptr;
-    int value = 0;
-    XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "Oi", &handle, &value) || !CV_PointerWord(handle, &dataRef)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMSetDatai", Failure(), XPLMSetDatai(dataRef, value));
-    return PyLong_FromLong(1);
-}
-
-PyObject* PY_XPLMGetDataf(PyObject* self, PyObject* args) {
-    PyObject* handle = nullptr;
-    XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &handle) || !CV_PointerWord(handle, &dataRef)) return nullptr;
-    float result = 0.0f;
-    CV_SDK_GUARD(kModule, "XPLMGetDataf", Failure(), result = XPLMGetDataf(dataRef));
-    return PyFloat_FromDouble(result);
-}
-
-PyObject* PY_XPLMSetDataf(PyObject* self, PyObject* args) {
-    PyObject* handle = nullptr;
-    float value = 0.0f;
-    XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "Of", &handle, &value) || !CV_PointerWord(handle, &dataRef)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMSetDataf", Failure(), XPLMSetDataf(dataRef, value));
-    return PyLong_FromLong(1);
-}
-
+PyObject* PY_XPLMGetDatai(PyObject* self, PyObject* args) { return GetScalar<int, XPLMGetDatai>(args, "XPLMGetDatai"); }
+PyObject* PY_XPLMSetDatai(PyObject* self, PyObject* args) { return SetScalar<int, XPLMSetDatai>(args, "XPLMSetDatai"); }
+PyObject* PY_XPLMGetDataf(PyObject* self, PyObject* args) { return GetScalar<float, XPLMGetDataf>(args, "XPLMGetDataf"); }
+PyObject* PY_XPLMSetDataf(PyObject* self, PyObject* args) { return SetScalar<float, XPLMSetDataf>(args, "XPLMSetDataf"); }
 PyObject* PY_XPLMGetDatad(PyObject* self, PyObject* args) {
-    PyObject* handle = nullptr;
-    XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &handle) || !CV_PointerWord(handle, &dataRef)) return nullptr;
-    double result = 0.0;
-    CV_SDK_GUARD(kModule, "XPLMGetDatad", Failure(), result = XPLMGetDatad(dataRef));
-    return PyFloat_FromDouble(result);
+    return GetScalar<double, XPLMGetDatad>(args, "XPLMGetDatad");
 }
-
 PyObject* PY_XPLMSetDatad(PyObject* self, PyObject* args) {
-    PyObject* handle = nullptr;
-    double value = 0.0;
-    XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "Od", &handle, &value) || !CV_PointerWord(handle, &dataRef)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMSetDatad", Failure(), XPLMSetDatad(dataRef, value));
-    return PyLong_FromLong(1);
+    return SetScalar<double, XPLMSetDatad>(args, "XPLMSetDatad");
 }
 
 // ---------------------------------------------------------------- arrays
 
-// XPLMGetDatavi and XPLMGetDatavf: a size query with None, otherwise up to maximum elements from
-// offset appended to the script's list; returns the size or the number appended.
-template <typename T>
-PyObject* GetArray(PyObject* args, const char* function, int (*getter)(XPLMDataRef, T*, int, int),
-                   PyObject* (*convert)(T)) {
-    PyObject* handle = nullptr;
+// The array getters (XPLMGetDatavi, XPLMGetDatavf, XPLMGetDatab): a size query with None, otherwise
+// up to maximum elements from offset are read into a zeroed buffer one element longer than the
+// simulator may fill, and `append` hands the `copied` elements to the script's list. Returns the
+// size or the number copied.
+template <typename T, typename Getter, typename Append>
+PyObject* GetArray(PyObject* args, const char* function, Getter getter, Append append) {
+    XPLMDataRef dataRef = nullptr;
     PyObject* list = nullptr;
     int offset = 0, maximum = 0;
-    XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "OOii", &handle, &list, &offset, &maximum) || !CV_PointerWord(handle, &dataRef))
-        return nullptr;
+    if (!PyArg_ParseTuple(args, "O&Oii", CV_PointerArg, &dataRef, &list, &offset, &maximum)) return nullptr;
 
     // With no buffer the simulator reports the full element count and ignores offset and maximum.
     int size = 0;
-    CV_SDK_GUARD(kModule, function, Failure(), size = getter(dataRef, nullptr, offset > 0 ? offset : 0,
-                                                             maximum > 0 ? maximum : 0));
-    if (list == Py_None) return PyLong_FromLong(size);
-    if (!CheckOutputList(list)) return nullptr;
-    if (!CheckRange(function, offset, maximum)) return Failure();
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0),
+                 size = getter(dataRef, nullptr, std::max(offset, 0), std::max(maximum, 0)));
+    if (list == Py_None) return CV_IntResult(size);
+    if (!CV_CheckOutputList(list)) return nullptr;
+    if (!CheckRange(function, offset, maximum)) return CV_IntResult(0);
 
-    if (size < maximum) maximum = size;
-    if (maximum < 0) maximum = 0;
-    CBuffer<T> buffer = AllocateZeroed<T>(static_cast<size_t>(maximum));
+    maximum = std::max(0, std::min(size, maximum));
+    CBuffer<T> buffer = AllocateZeroed<T>(static_cast<size_t>(maximum) + 1);
     if (!buffer) return PyErr_NoMemory();
     int copied = 0;
-    CV_SDK_GUARD(kModule, function, Failure(), copied = getter(dataRef, buffer.get(), offset, maximum));
-    if (copied > maximum) copied = maximum;
-    if (copied < 0) copied = 0;
-    if (!AppendItems<T>(list, buffer.get(), copied, convert)) return nullptr;
-    return PyLong_FromLong(copied);
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), copied = getter(dataRef, buffer.get(), offset, maximum));
+    copied = std::max(0, std::min(copied, maximum));
+    if (!append(list, buffer.get(), copied, maximum)) return nullptr;
+    return CV_IntResult(copied);
+}
+
+// Appends each copied element, in buffer order, to the end of the script's list.
+template <typename T>
+bool AppendItems(PyObject* list, const T* values, int copied, int) {
+    for (int i = 0; i < copied; ++i)
+        if (!CV_AppendOutput(list, Scalar<T>::Result(values[i]))) return false;
+    return true;
+}
+
+// Appends one str: the bytes read, cut at the first zero byte, decoded as UTF-8 with invalid bytes
+// replaced.
+bool AppendText(PyObject* list, const char* bytes, int, int maximum) {
+    return CV_AppendOutput(list, CV_BufferText(bytes, static_cast<size_t>(maximum)));
+}
+
+PyObject* PY_XPLMGetDatavi(PyObject* self, PyObject* args) {
+    return GetArray<int>(args, "XPLMGetDatavi", XPLMGetDatavi, AppendItems<int>);
+}
+PyObject* PY_XPLMGetDatavf(PyObject* self, PyObject* args) {
+    return GetArray<float>(args, "XPLMGetDatavf", XPLMGetDatavf, AppendItems<float>);
+}
+PyObject* PY_XPLMGetDatab(PyObject* self, PyObject* args) {
+    return GetArray<char>(args, "XPLMGetDatab", XPLMGetDatab, AppendText);
 }
 
 // One element of a script's sequence for an int array: ints only. A value beyond the C long range
 // is refused like any other non-int; within it, the SDK's 32-bit int keeps its low 32 bits.
 bool IntItem(PyObject* item, int* out) {
-    if (!PyLong_Check(item)) {
-        PyErr_SetString(PyExc_TypeError, "expected sequence of integers");
-        return false;
-    }
     int overflow = 0;
-    long value = PyLong_AsLongAndOverflow(item, &overflow);
-    if (overflow != 0 || (value == -1 && PyErr_Occurred())) {
+    const long value = PyLong_Check(item) ? PyLong_AsLongAndOverflow(item, &overflow) : 0;
+    if (!PyLong_Check(item) || overflow != 0 || (value == -1 && PyErr_Occurred())) {
         PyErr_Clear();
         PyErr_SetString(PyExc_TypeError, "expected sequence of integers");
         return false;
@@ -233,93 +208,47 @@ bool FloatItem(PyObject* item, float* out) {
     return true;
 }
 
+// The sequence argument of the array setters; TypeError "expected sequence" for anything else.
+bool CheckSequence(PyObject* sequence, Py_ssize_t* length) {
+    if (!PySequence_Check(sequence)) {
+        PyErr_SetString(PyExc_TypeError, "expected sequence");
+        return false;
+    }
+    *length = PySequence_Size(sequence);
+    return *length >= 0;
+}
+
 // XPLMSetDatavi and XPLMSetDatavf: every item is converted first; the simulator then reads count
 // elements from offset on. The buffer holds exactly the sequence, so a count larger than the
 // sequence is cut to its length.
 template <typename T>
 PyObject* SetArray(PyObject* args, const char* function, void (*setter)(XPLMDataRef, T*, int, int),
                    bool (*convertItem)(PyObject*, T*)) {
-    PyObject* handle = nullptr;
+    XPLMDataRef dataRef = nullptr;
     PyObject* sequence = nullptr;
     int offset = 0, count = 0;
-    XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "OOii", &handle, &sequence, &offset, &count) || !CV_PointerWord(handle, &dataRef))
+    Py_ssize_t length = 0;
+    if (!PyArg_ParseTuple(args, "O&Oii", CV_PointerArg, &dataRef, &sequence, &offset, &count) ||
+        !CheckSequence(sequence, &length))
         return nullptr;
-    if (!PySequence_Check(sequence)) {
-        PyErr_SetString(PyExc_TypeError, "expected sequence");
-        return nullptr;
-    }
-    Py_ssize_t length = PySequence_Size(sequence);
-    if (length < 0) return nullptr;
     CBuffer<T> buffer = AllocateZeroed<T>(static_cast<size_t>(length));
     if (!buffer) return PyErr_NoMemory();
     for (Py_ssize_t i = 0; i < length; ++i) {
-        PyObject* item = PySequence_GetItem(sequence, i);
-        if (item == nullptr) return nullptr;
-        bool ok = convertItem(item, &buffer[i]);
-        Py_DECREF(item);
-        if (!ok) return nullptr;
+        CV_PyRef item(PySequence_GetItem(sequence, i));
+        if (!item || !convertItem(item.get(), &buffer[i])) return nullptr;
     }
-    if (!CheckRange(function, offset, count)) return Failure();
+    if (!CheckRange(function, offset, count)) return CV_IntResult(0);
     int passed = count < length ? count : static_cast<int>(length);
-    CV_SDK_GUARD(kModule, function, Failure(), setter(dataRef, buffer.get(), offset, passed));
-    return PyLong_FromLong(1);
-}
-
-PyObject* PY_XPLMGetDatavi(PyObject* self, PyObject* args) {
-    return GetArray<int>(args, "XPLMGetDatavi", XPLMGetDatavi, FromInt);
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), setter(dataRef, buffer.get(), offset, passed));
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMSetDatavi(PyObject* self, PyObject* args) {
     return SetArray<int>(args, "XPLMSetDatavi", XPLMSetDatavi, IntItem);
 }
 
-PyObject* PY_XPLMGetDatavf(PyObject* self, PyObject* args) {
-    return GetArray<float>(args, "XPLMGetDatavf", XPLMGetDatavf, FromFloat);
-}
-
 PyObject* PY_XPLMSetDatavf(PyObject* self, PyObject* args) {
     return SetArray<float>(args, "XPLMSetDatavf", XPLMSetDatavf, FloatItem);
-}
-
-// ---------------------------------------------------------------- byte arrays
-
-// Appends one str: the bytes copied, cut at the first zero byte, decoded as UTF-8 with invalid
-// bytes replaced.
-PyObject* PY_XPLMGetDatab(PyObject* self, PyObject* args) {
-    const char* const function = "XPLMGetDatab";
-    PyObject* handle = nullptr;
-    PyObject* list = nullptr;
-    int offset = 0, maximum = 0;
-    XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "OOii", &handle, &list, &offset, &maximum) || !CV_PointerWord(handle, &dataRef))
-        return nullptr;
-
-    int size = 0;
-    CV_SDK_GUARD(kModule, function, Failure(), size = XPLMGetDatab(dataRef, nullptr, offset > 0 ? offset : 0,
-                                                                   maximum > 0 ? maximum : 0));
-    if (list == Py_None) return PyLong_FromLong(size);
-    if (!CheckOutputList(list)) return nullptr;
-    if (!CheckRange(function, offset, maximum)) return Failure();
-
-    if (size < maximum) maximum = size;
-    if (maximum < 0) maximum = 0;
-    // One byte more than the simulator may fill, so the text always ends in a zero byte.
-    CBuffer<char> buffer = AllocateZeroed<char>(static_cast<size_t>(maximum) + 1);
-    if (!buffer) return PyErr_NoMemory();
-    int copied = 0;
-    CV_SDK_GUARD(kModule, function, Failure(), copied = XPLMGetDatab(dataRef, buffer.get(), offset, maximum));
-    if (copied > maximum) copied = maximum;
-    if (copied < 0) copied = 0;
-    buffer[maximum] = '\0';
-
-    size_t textLength = strnlen(buffer.get(), static_cast<size_t>(maximum));
-    PyObject* text = PyUnicode_DecodeUTF8(buffer.get(), static_cast<Py_ssize_t>(textLength), "replace");
-    if (text == nullptr) return nullptr;
-    int rc = PyList_Append(list, text);
-    Py_DECREF(text);
-    if (rc != 0) return nullptr;
-    return PyLong_FromLong(copied);
 }
 
 // The bytes of a str (UTF-8), bytes or bytearray; false for anything else.
@@ -348,173 +277,86 @@ bool StringBytes(PyObject* item, const char** bytes, Py_ssize_t* length, bool* f
 // one-item sequence holding anything but a string writes zeros.
 PyObject* PY_XPLMSetDatab(PyObject* self, PyObject* args) {
     const char* const function = "XPLMSetDatab";
-    PyObject* handle = nullptr;
+    XPLMDataRef dataRef = nullptr;
     PyObject* values = nullptr;
     int offset = 0, count = 0;
-    XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "OOii", &handle, &values, &offset, &count) || !CV_PointerWord(handle, &dataRef))
+    Py_ssize_t length = 0;
+    if (!PyArg_ParseTuple(args, "O&Oii", CV_PointerArg, &dataRef, &values, &offset, &count) ||
+        !CheckSequence(values, &length))
         return nullptr;
-    if (!PySequence_Check(values)) {
-        PyErr_SetString(PyExc_TypeError, "expected sequence");
-        return nullptr;
-    }
-    Py_ssize_t length = PySequence_Size(values);
-    if (length < 0) return nullptr;
     if (length == 0) {
         PyErr_SetString(PyExc_TypeError, "expected sequence of bytes");
         return nullptr;
     }
-    if (!CheckRange(function, offset, count)) return Failure();
+    if (!CheckRange(function, offset, count)) return CV_IntResult(0);
     int passed = count < kByteStagingSize ? count : kByteStagingSize;
 
     unsigned char staging[kByteStagingSize];
     std::memset(staging, 0, sizeof staging);
     if (length == 1) {
-        PyObject* item = PySequence_GetItem(values, 0);
-        if (item == nullptr) return nullptr;
+        CV_PyRef item(PySequence_GetItem(values, 0));
+        if (!item) return nullptr;
         const char* bytes = nullptr;
         Py_ssize_t byteCount = 0;
         bool failed = false;
-        if (StringBytes(item, &bytes, &byteCount, &failed)) {
+        if (StringBytes(item.get(), &bytes, &byteCount, &failed)) {
             size_t copy = static_cast<size_t>(byteCount < passed ? byteCount : passed);
             std::memcpy(staging, bytes, copy);
         }
-        Py_DECREF(item);
         if (failed) return nullptr;
     } else {
         Py_ssize_t used = length < kByteStagingSize ? length : kByteStagingSize;
         for (Py_ssize_t i = 0; i < used; ++i) {
-            PyObject* item = PySequence_GetItem(values, i);
-            if (item == nullptr) return nullptr;
+            CV_PyRef item(PySequence_GetItem(values, i));
+            if (!item) return nullptr;
             // The low byte of the value, negative values in two's complement (-1 gives 0xff).
-            if (PyLong_Check(item)) staging[i] = static_cast<unsigned char>(PyLong_AsUnsignedLongMask(item) & 0xff);
-            Py_DECREF(item);
+            if (PyLong_Check(item.get()))
+                staging[i] = static_cast<unsigned char>(PyLong_AsUnsignedLongMask(item.get()) & 0xff);
             if (PyErr_Occurred()) return nullptr;
         }
     }
-    CV_SDK_GUARD(kModule, function, Failure(), XPLMSetDatab(dataRef, staging, offset, passed));
-    return PyLong_FromLong(1);
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), XPLMSetDatab(dataRef, staging, offset, passed));
+    return CV_IntResult(1);
 }
 
 // ---------------------------------------------------------------- data accessors and shared data
 
-// The twelve accessor lists in the order of XPLMRegisterDataAccessor's callables: get int, set int,
-// get float, set float, get double, set double, get int array, set int array, get float array,
-// set float array, get byte array, set byte array. Getters sit at even, setters at odd positions;
-// position / 2 is the slot in the read or write block.
-struct AccessorList {
-    CV_CallbackVector* list;
-    const char* name;  // as its size line shows it
-};
-const AccessorList kAccessorLists[12] = {
-    {&GetDataiCallbackList, "GetDataiCallbackList"},   {&SetDataiCallbackList, "SetDataiCallbackList"},
-    {&GetDatafCallbackList, "GetDatafCallbackList"},   {&SetDatafCallbackList, "SetDatafCallbackList"},
-    {&GetDatadCallbackList, "GetDatadCallbackList"},   {&SetDatadCallbackList, "SetDatadCallbackList"},
-    {&GetDataviCallbackList, "GetDataviCallbackList"}, {&SetDataviCallbackList, "SetDataviCallbackList"},
-    {&GetDatavfCallbackList, "GetDatavfCallbackList"}, {&SetDatavfCallbackList, "SetDatavfCallbackList"},
-    {&GetDatabCallbackList, "GetDatabCallbackList"},   {&SetDatabCallbackList, "SetDatabCallbackList"},
-};
+// The twelve accessor lists follow each other in the table in the order of
+// XPLMRegisterDataAccessor's callables: get int, set int, get float, ..., get byte array, set byte
+// array. Getters sit at even, setters at odd positions; position / 2 is the slot in the read or
+// write block.
+constexpr size_t kAccessorListCount = 12;
+const CV_ListEntry* AccessorLists() { return CV_FindList(&GetDataiCallbackList); }
 
 // The debug trace of the accessor functions: their detail lines and the sizes of the twelve lists.
 void TraceAccessorLists(const char* function, const std::string& details) {
-    const AccessorList* a = kAccessorLists;
-    CV_DebugCallbackTrace(function, details,
-                          {{a[0].name, a[0].list->size()},   {a[1].name, a[1].list->size()},
-                           {a[2].name, a[2].list->size()},   {a[3].name, a[3].list->size()},
-                           {a[4].name, a[4].list->size()},   {a[5].name, a[5].list->size()},
-                           {a[6].name, a[6].list->size()},   {a[7].name, a[7].list->size()},
-                           {a[8].name, a[8].list->size()},   {a[9].name, a[9].list->size()},
-                           {a[10].name, a[10].list->size()}, {a[11].name, a[11].list->size()}});
+    CV_DebugCallbackTrace(function, details, CV_ListSizes(GetDataiCallbackList, kAccessorListCount));
 }
 
-// What the simulator calls, and with which block, for as long as an accessor is registered.
-//
-// Unregistration removes records and blocks by the scripts' rules: records by script and data
-// reference (the first match, which after two registrations of one method is the other accessor's
-// record), blocks by the position where the last record was found (which may be another
-// accessor's block). The lists follow those rules exactly. What is taken out of a list is freed
-// only once no registered accessor can reach it any more; until then it waits in the detached
-// lists, so the simulator never calls through freed memory.
-struct LiveAccessor {
-    XPLMDataRef dataRef;
-    _CallbackList** readBlock;
-    _CallbackList** writeBlock;
-};
-std::vector<LiveAccessor> gLiveAccessors;
-std::vector<_CallbackList*> gDetachedAccessorRecords;
-std::vector<_CallbackList**> gDetachedAccessorBlocks;
-
-bool AccessorBlockIsLive(_CallbackList** block) {
-    for (const LiveAccessor& a : gLiveAccessors)
-        if (a.readBlock == block || a.writeBlock == block) return true;
-    return false;
-}
-
-bool AccessorRecordIsLive(const _CallbackList* entry) {
-    for (const LiveAccessor& a : gLiveAccessors)
-        for (int slot = 0; slot < CV_AccessorBlockSlots; ++slot)
-            if (a.readBlock[slot] == entry || a.writeBlock[slot] == entry) return true;
-    return false;
-}
-
-// Frees what was taken out of the lists and can no longer be reached by the simulator.
-void ReleaseDetachedAccessors() {
-    auto& records = gDetachedAccessorRecords;
-    for (size_t i = 0; i < records.size();) {
-        if (AccessorRecordIsLive(records[i])) {
-            ++i;
-            continue;
-        }
-        _CallbackList* entry = records[i];
-        records.erase(records.begin() + i);
-        CVTestTable->DeleteCallback(nullptr, entry, -1);
-    }
-    auto& blocks = gDetachedAccessorBlocks;
-    for (size_t i = 0; i < blocks.size();) {
-        if (AccessorBlockIsLive(blocks[i])) {
-            ++i;
-            continue;
-        }
-        delete[] blocks[i];
-        blocks.erase(blocks.begin() + i);
-    }
-}
-
-// Removes the block at the position the unregistration rule chose. A position past the list's end
-// (left by a record list that holds more records than there are blocks) falls back to the
-// accessor's own block, or the last one. Returns the block removed.
-_CallbackList** RemoveBlockAt(CV_BlockVector& list, int index, _CallbackList** ownBlock) {
-    size_t at = static_cast<size_t>(std::max(index, 0));
-    if (at >= list.size()) {
-        auto own = std::find(list.begin(), list.end(), ownBlock);
-        at = own != list.end() ? static_cast<size_t>(own - list.begin()) : list.size() - 1;
-    }
-    _CallbackList** block = list[at];
-    list.erase(list.begin() + static_cast<long>(at));
-    gDetachedAccessorBlocks.push_back(block);
-    return block;
-}
-
+// An accessor's registration is held under its data reference with its read and write blocks, so
+// the records and blocks that unregistrations take out by the scripts' rules (records by script and
+// data reference, which after two registrations of one method is the other accessor's record;
+// blocks by the position of the last record found, which may be another accessor's block) are
+// freed only once no registered accessor reaches them.
 PyObject* PY_XPLMRegisterDataAccessor(PyObject* self, PyObject* args) {
     PyObject* scriptId = nullptr;
     const char* dataName = nullptr;
     int dataType = 0, isWritable = 0;
-    PyObject* callables[12] = {};
-    PyObject *readRefconObject = nullptr, *writeRefconObject = nullptr;
-    if (!PyArg_ParseTuple(args, "OsiiOOOOOOOOOOOOOO", &scriptId, &dataName, &dataType, &isWritable, &callables[0],
+    PyObject* callables[kAccessorListCount] = {};
+    void *readRefcon = nullptr, *writeRefcon = nullptr;
+    if (!PyArg_ParseTuple(args, "OsiiOOOOOOOOOOOOO&O&", &scriptId, &dataName, &dataType, &isWritable, &callables[0],
                           &callables[1], &callables[2], &callables[3], &callables[4], &callables[5], &callables[6],
                           &callables[7], &callables[8], &callables[9], &callables[10], &callables[11],
-                          &readRefconObject, &writeRefconObject))
+                          CV_PointerArg, &readRefcon, CV_PointerArg, &writeRefcon))
         return nullptr;
-    void *readRefcon = nullptr, *writeRefcon = nullptr;
-    if (!CV_PointerWord(readRefconObject, &readRefcon) || !CV_PointerWord(writeRefconObject, &writeRefcon)) return nullptr;
 
     // Only bound methods are recorded; anything else (a plain function, None, 0) leaves the type
     // without an accessor, whose trampoline then answers 0.
-    _CallbackList* entries[12] = {};
-    for (int i = 0; i < 12; ++i) {
+    const CV_ListEntry* lists = AccessorLists();
+    _CallbackList* entries[kAccessorListCount] = {};
+    for (size_t i = 0; i < kAccessorListCount; ++i) {
         if (Py_IS_TYPE(callables[i], &PyMethod_Type))
-            entries[i] = CVTestTable->AddCallback(kAccessorLists[i].list, scriptId, nullptr, callables[i],
+            entries[i] = CVTestTable->AddCallback(lists[i].callbacks, scriptId, nullptr, callables[i],
                                                   i % 2 == 0 ? readRefcon : writeRefcon);
     }
     _CallbackList** readBlock = new _CallbackList*[CV_AccessorBlockSlots]();
@@ -527,16 +369,17 @@ PyObject* PY_XPLMRegisterDataAccessor(PyObject* self, PyObject* args) {
     }
 
     XPLMDataRef dataRef = nullptr;
-    CV_SDK_GUARD(kModule, "XPLMRegisterDataAccessor", Failure(),
+    CV_SDK_GUARD(kModule, "XPLMRegisterDataAccessor", CV_IntResult(0),
                  dataRef = XPLMRegisterDataAccessor(
                      dataName, dataType, isWritable, CV_GetDatai_Callback, CV_SetDatai_Callback, CV_GetDataf_Callback,
                      CV_SetDataf_Callback, CV_GetDatad_Callback, CV_SetDatad_Callback, CV_GetDatavi_Callback,
                      CV_SetDatavi_Callback, CV_GetDatavf_Callback, CV_SetDatavf_Callback, CV_GetDatab_Callback,
                      CV_SetDatab_Callback, readBlock, writeBlock));
-    if (dataRef != nullptr) gLiveAccessors.push_back({dataRef, readBlock, writeBlock});
+    if (dataRef != nullptr)
+        CV_Hold(&GetDataMemoryPointerList, dataRef, nullptr, {readBlock, writeBlock}, CV_AccessorBlockSlots);
 
-    for (int i = 0; i < 12; ++i)
-        if (entries[i] != nullptr) CVTestTable->UpdateCallback(kAccessorLists[i].list, scriptId, callables[i], dataRef);
+    for (size_t i = 0; i < kAccessorListCount; ++i)
+        if (entries[i] != nullptr) CVTestTable->UpdateCallback(lists[i].callbacks, scriptId, callables[i], dataRef);
 
     if (gCV_DebugCallbacks)
         TraceAccessorLists(
@@ -547,56 +390,40 @@ PyObject* PY_XPLMRegisterDataAccessor(PyObject* self, PyObject* args) {
                           CV_Hex(dataRef)) +
                 CV_FormatText("pDataAccessorGetCB = %lx\n", CV_Hex(readBlock)) +
                 CV_FormatText("pDataAccessorSetCB = %lx\n", CV_Hex(writeBlock)));
-    return PyLong_FromVoidPtr(dataRef);
+    return CV_HandleResult(dataRef);
 }
 
 PyObject* PY_XPLMUnregisterDataAccessor(PyObject* self, PyObject* args) {
     const char* const function = "XPLMUnregisterDataAccessor";
-    PyObject *scriptId = nullptr, *handle = nullptr;
+    PyObject* scriptId = nullptr;
     XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "OO", &scriptId, &handle) || !CV_PointerWord(handle, &dataRef)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OO&", &scriptId, CV_PointerArg, &dataRef)) return nullptr;
 
     // One index for all twelve searches: a search that finds nothing leaves it as it was, so it ends
     // as the position of the record found in the last list that held one.
+    const CV_ListEntry* lists = AccessorLists();
     int index = 0;
-    for (const AccessorList& a : kAccessorLists) {
+    for (size_t i = 0; i < kAccessorListCount; ++i) {
         int found = 0;
-        _CallbackList* entry = CVTestTable->FindCallback(*a.list, scriptId, dataRef, &found, &index);
-        if (!found) continue;
-        CV_TakeOutOfList(a.list, entry, index);
-        gDetachedAccessorRecords.push_back(entry);
+        _CallbackList* entry = CVTestTable->FindCallback(*lists[i].callbacks, scriptId, dataRef, &found, &index);
+        if (found) CV_RetireRecord(lists[i].callbacks, entry, index);
     }
 
     // The accessor's own blocks, for when the rule's position lies past the end of a block list.
-    _CallbackList **ownRead = nullptr, **ownWrite = nullptr;
-    for (const LiveAccessor& a : gLiveAccessors) {
-        if (a.dataRef != dataRef) continue;
-        ownRead = a.readBlock;
-        ownWrite = a.writeBlock;
-    }
-
-    try {
-        XPLMUnregisterDataAccessor(dataRef);
-    } catch (...) {
-        ReleaseDetachedAccessors();
-        PrintException(kModule, function, "Parameter Error");
-        return Failure();
-    }
-    // The simulator no longer calls this accessor's blocks.
-    gLiveAccessors.erase(std::remove_if(gLiveAccessors.begin(), gLiveAccessors.end(),
-                                        [&](const LiveAccessor& a) { return a.dataRef == dataRef; }),
-                         gLiveAccessors.end());
+    _CallbackList** ownRead = CV_HeldBlock(&GetDataMemoryPointerList, dataRef, 0);
+    _CallbackList** ownWrite = CV_HeldBlock(&GetDataMemoryPointerList, dataRef, 1);
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), XPLMUnregisterDataAccessor(dataRef));
+    CV_Release(&GetDataMemoryPointerList, dataRef);
 
     _CallbackList **removedRead = nullptr, **removedWrite = nullptr;
     if (GetDataMemoryPointerList.empty())
         PrintException(kModule, function, "GetData List Empty Error");
     else
-        removedRead = RemoveBlockAt(GetDataMemoryPointerList, index, ownRead);
+        removedRead = CV_RetireBlock(&GetDataMemoryPointerList, index, ownRead);
     if (SetDataMemoryPointerList.empty())
         PrintException(kModule, function, "GetData List Empty Error");
     else
-        removedWrite = RemoveBlockAt(SetDataMemoryPointerList, index, ownWrite);
-    ReleaseDetachedAccessors();
+        removedWrite = CV_RetireBlock(&SetDataMemoryPointerList, index, ownWrite);
 
     if (gCV_DebugCallbacks) {
         char scriptName[256];
@@ -606,66 +433,54 @@ PyObject* PY_XPLMUnregisterDataAccessor(PyObject* self, PyObject* args) {
                                          CV_FormatText("pDataAccessorGetCB = %lx\n", CV_Hex(removedRead)) +
                                          CV_FormatText("pDataAccessorSetCB = %lx\n", CV_Hex(removedWrite)));
     }
-    return PyLong_FromLong(1);
+    return CV_IntResult(1);
 }
 
-// Shared data subscriptions the simulator accepted and still notifies. A record whose subscription
-// the simulator did not give up (an unshare with another name or type than the share) leaves the
-// list as the script asked but is never freed, since the simulator still calls with it.
-std::vector<_CallbackList*> gSharedDataHeld;
-
+// A subscription the simulator accepted is held under its record: an unshare with another name or
+// type than the share leaves the list as the script asked, but the simulator still notifies it.
 PyObject* PY_XPLMShareData(PyObject* self, PyObject* args) {
-    PyObject *scriptId = nullptr, *callable = nullptr, *refconObject = nullptr;
+    PyObject *scriptId = nullptr, *callable = nullptr;
     const char* dataName = nullptr;
     int dataType = 0;
-    if (!PyArg_ParseTuple(args, "OsiOO", &scriptId, &dataName, &dataType, &callable, &refconObject)) return nullptr;
     void* refcon = nullptr;
-    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OsiOO&", &scriptId, &dataName, &dataType, &callable, CV_PointerArg, &refcon))
+        return nullptr;
 
     _CallbackList* entry = CVTestTable->AddCallback(&SharedDataCallbackList, scriptId, nullptr, callable, refcon);
     int result = 0;
-    CV_SDK_GUARD(kModule, "XPLMShareData", Failure(),
+    CV_SDK_GUARD(kModule, "XPLMShareData", CV_IntResult(0),
                  result = XPLMShareData(dataName, dataType, CV_SharedDataCallback, entry));
-    if (result) gSharedDataHeld.push_back(entry);
+    if (result) CV_Hold(&SharedDataCallbackList, entry, entry);
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("XPLMShareData",
                               CV_FormatText("pScriptId = %lx, inDataName = %s, inDataType = %d, "
                                             "inNotificationRefcon = %ld\n",
                                             CV_Hex(scriptId), dataName, dataType, CV_Dec(refcon)),
-                              {{"SharedDataCallbackList", SharedDataCallbackList.size()}});
-    return PyLong_FromLong(result);
+                              {SharedDataCallbackList});
+    return CV_IntResult(result);
 }
 
 PyObject* PY_XPLMUnshareData(PyObject* self, PyObject* args) {
     const char* const function = "XPLMUnshareData";
-    PyObject *scriptId = nullptr, *callable = nullptr, *refconObject = nullptr;
+    PyObject *scriptId = nullptr, *callable = nullptr;
     const char* dataName = nullptr;
     int dataType = 0;
-    if (!PyArg_ParseTuple(args, "OsiOO", &scriptId, &dataName, &dataType, &callable, &refconObject)) return nullptr;
     void* refcon = nullptr;
-    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OsiOO&", &scriptId, &dataName, &dataType, &callable, CV_PointerArg, &refcon))
+        return nullptr;
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
     int found = 0, index = 0, result = 0;
     _CallbackList* entry = CVTestTable->FindCallback(SharedDataCallbackList, scriptId, callable, refcon, &found, &index);
     if (found) {
-        CV_SDK_GUARD(kModule, function, Failure(),
+        CV_SDK_GUARD(kModule, function, CV_IntResult(0),
                      result = XPLMUnshareData(dataName, dataType, CV_SharedDataCallback, entry));
-        auto held = std::find(gSharedDataHeld.begin(), gSharedDataHeld.end(), entry);
-        if (result && held != gSharedDataHeld.end()) {
-            gSharedDataHeld.erase(held);
-            held = gSharedDataHeld.end();
-        }
-        if (held == gSharedDataHeld.end())
-            CVTestTable->DeleteCallback(&SharedDataCallbackList, entry, index);
-        else
-            CV_TakeOutOfList(&SharedDataCallbackList, entry, index);
+        if (result) CV_Release(&SharedDataCallbackList, entry);
+        CV_RetireRecord(&SharedDataCallbackList, entry, index);
     } else {
-        PrintExceptionf(kModule, function,
-                        CV_MSG_UNKNOWN_CALLBACK_AND_REFCON,
-                        scriptName);
+        CV_ReportUnknownCallback(kModule, function, scriptName, CV_MatchedBy::Refcon);
     }
 
     if (gCV_DebugCallbacks)
@@ -673,8 +488,8 @@ PyObject* PY_XPLMUnshareData(PyObject* self, PyObject* args) {
                               CV_FormatText("pScriptId = %lx, Script Name = %s, inDataName = %s, inDataType = %d, "
                                             "inNotificationRefcon = %ld\n",
                                             CV_Hex(scriptId), scriptName, dataName, dataType, CV_Dec(refcon)),
-                              {{"SharedDataCallbackList", SharedDataCallbackList.size()}});
-    return PyLong_FromLong(result);
+                              {SharedDataCallbackList});
+    return CV_IntResult(result);
 }
 
 // ---------------------------------------------------------------- the module

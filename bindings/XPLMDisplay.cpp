@@ -59,84 +59,51 @@ const CV_IntConstant XPLMDisplayConstants[] = {
     {"xplm_CursorCustom", 3},
 };
 
-PyObject* IntResult(long value) { return PyLong_FromLong(value); }
-
-template <typename T>
-bool RemoveValue(std::vector<T>& values, const T& value) {
-    auto it = std::find(values.begin(), values.end(), value);
-    if (it == values.end()) return false;
-    values.erase(it);
-    return true;
-}
-
-// ---------------------------------------------------------------- out arguments
-
-template <typename T>
-T* OutPointer(PyObject* out, T* storage) {
-    return out == Py_None ? nullptr : storage;
-}
-
 // ---------------------------------------------------------------- draw callbacks and key sniffers
 
-// Registrations the simulator accepted and still calls. An unregistration that the simulator did
-// not carry out (another phase or side than registered) still takes the record out of the list, as
-// scripts expect, but leaves it allocated, since the simulator keeps calling with it.
-std::vector<_CallbackList*> gDrawCallbacksHeld;
-std::vector<_CallbackList*> gKeySniffersHeld;
-
-// Deletes a record that an unregistration found, or only takes it out of the list while the
-// simulator still holds it.
-void RetireRecord(CV_CallbackVector* list, _CallbackList* entry, int index, bool stillHeld) {
-    if (stillHeld)
-        CV_TakeOutOfList(list, entry, index);
-    else
-        CVTestTable->DeleteCallback(list, entry, index);
-}
-
+// A registration the simulator accepted is held under its record. An unregistration that the
+// simulator did not carry out (another phase or side than registered) still takes the record out
+// of the list, as scripts expect, but the record stays while the simulator keeps calling with it.
 PyObject* PY_XPLMRegisterDrawCallback(PyObject* self, PyObject* args) {
-    PyObject *scriptId = nullptr, *callable = nullptr, *refconObject = nullptr;
+    PyObject *scriptId = nullptr, *callable = nullptr;
     int phase = 0, wantsBefore = 0;
-    if (!PyArg_ParseTuple(args, "OOiiO", &scriptId, &callable, &phase, &wantsBefore, &refconObject)) return nullptr;
     void* refcon = nullptr;
-    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OOiiO&", &scriptId, &callable, &phase, &wantsBefore, CV_PointerArg, &refcon))
+        return nullptr;
 
     _CallbackList* entry = CVTestTable->AddCallback(&DrawCallbackList, scriptId, nullptr, callable, refcon);
     int result = 0;
-    CV_SDK_GUARD(kModule, "XPLMRegisterDrawCallback", IntResult(0),
+    CV_SDK_GUARD(kModule, "XPLMRegisterDrawCallback", CV_IntResult(0),
                  result = XPLMRegisterDrawCallback(CV_DrawCallback, phase, wantsBefore, entry));
-    if (result) gDrawCallbacksHeld.push_back(entry);
+    if (result) CV_Hold(&DrawCallbackList, entry, entry);
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("XPLMRegisterDrawCallback",
                               CV_FormatText("pScriptId = %lx, inPhase = %d, inWantsBefore = %d, inRefcon = %ld\n",
                                             CV_Hex(scriptId), phase, wantsBefore, CV_Dec(refcon)),
-                              {{"DrawCallbackList", DrawCallbackList.size()}});
-    return IntResult(result);
+                              {DrawCallbackList});
+    return CV_IntResult(result);
 }
 
 PyObject* PY_XPLMUnregisterDrawCallback(PyObject* self, PyObject* args) {
     const char* const function = "XPLMUnregisterDrawCallback";
-    PyObject *scriptId = nullptr, *callable = nullptr, *refconObject = nullptr;
+    PyObject *scriptId = nullptr, *callable = nullptr;
     int phase = 0, wantsBefore = 0;
-    if (!PyArg_ParseTuple(args, "OOiiO", &scriptId, &callable, &phase, &wantsBefore, &refconObject)) return nullptr;
     void* refcon = nullptr;
-    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OOiiO&", &scriptId, &callable, &phase, &wantsBefore, CV_PointerArg, &refcon))
+        return nullptr;
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
     int found = 0, index = 0, result = 0;
     _CallbackList* entry = CVTestTable->FindCallback(DrawCallbackList, scriptId, callable, refcon, &found, &index);
     if (found) {
-        CV_SDK_GUARD(kModule, function, IntResult(0),
+        CV_SDK_GUARD(kModule, function, CV_IntResult(0),
                      result = XPLMUnregisterDrawCallback(CV_DrawCallback, phase, wantsBefore, entry));
-        if (result) RemoveValue(gDrawCallbacksHeld, entry);
-        const bool held = std::find(gDrawCallbacksHeld.begin(), gDrawCallbacksHeld.end(), entry) !=
-                          gDrawCallbacksHeld.end();
-        RetireRecord(&DrawCallbackList, entry, index, held);
+        if (result) CV_Release(&DrawCallbackList, entry);
+        CV_RetireRecord(&DrawCallbackList, entry, index);
     } else {
-        PrintExceptionf(kModule, function,
-                        CV_MSG_UNKNOWN_CALLBACK_AND_REFCON,
-                        scriptName);
+        CV_ReportUnknownCallback(kModule, function, scriptName, CV_MatchedBy::Refcon);
     }
 
     if (gCV_DebugCallbacks)
@@ -144,117 +111,102 @@ PyObject* PY_XPLMUnregisterDrawCallback(PyObject* self, PyObject* args) {
                               CV_FormatText("pScriptId = %lx, Script Name = %s, inPhase = %d, inWantsBefore = %d, "
                                             "inRefcon = %ld\n",
                                             CV_Hex(scriptId), scriptName, phase, wantsBefore, CV_Dec(refcon)),
-                              {{"DrawCallbackList", DrawCallbackList.size()}});
-    return IntResult(result);
+                              {DrawCallbackList});
+    return CV_IntResult(result);
 }
 
 PyObject* PY_XPLMRegisterKeySniffer(PyObject* self, PyObject* args) {
-    PyObject *scriptId = nullptr, *callable = nullptr, *refconObject = nullptr;
+    PyObject *scriptId = nullptr, *callable = nullptr;
     int beforeWindows = 0;
-    if (!PyArg_ParseTuple(args, "OOiO", &scriptId, &callable, &beforeWindows, &refconObject)) return nullptr;
     void* refcon = nullptr;
-    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OOiO&", &scriptId, &callable, &beforeWindows, CV_PointerArg, &refcon)) return nullptr;
 
     _CallbackList* entry = CVTestTable->AddCallback(&KeySnifferCallbackList, scriptId, nullptr, callable, refcon);
     int result = 0;
-    CV_SDK_GUARD(kModule, "XPLMRegisterKeySniffer", IntResult(0),
+    CV_SDK_GUARD(kModule, "XPLMRegisterKeySniffer", CV_IntResult(0),
                  result = XPLMRegisterKeySniffer(CV_KeySnifferCallback, beforeWindows, entry));
-    if (result) gKeySniffersHeld.push_back(entry);
+    if (result) CV_Hold(&KeySnifferCallbackList, entry, entry);
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("XPLMRegisterKeySniffer",
                               CV_FormatText("pScriptId = %lx, inBeforeWindows = %d, inRefcon = %ld\n", CV_Hex(scriptId),
                                             beforeWindows, CV_Dec(refcon)),
-                              {{"KeySnifferCallbackList", KeySnifferCallbackList.size()}});
-    return IntResult(result);
+                              {KeySnifferCallbackList});
+    return CV_IntResult(result);
 }
 
 PyObject* PY_XPLMUnregisterKeySniffer(PyObject* self, PyObject* args) {
     const char* const function = "XPLMUnregisterKeySniffer";
-    PyObject *scriptId = nullptr, *callable = nullptr, *refconObject = nullptr;
+    PyObject *scriptId = nullptr, *callable = nullptr;
     int beforeWindows = 0;
-    if (!PyArg_ParseTuple(args, "OOiO", &scriptId, &callable, &beforeWindows, &refconObject)) return nullptr;
     void* refcon = nullptr;
-    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OOiO&", &scriptId, &callable, &beforeWindows, CV_PointerArg, &refcon)) return nullptr;
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
     int found = 0, index = 0, result = 0;
     _CallbackList* entry = CVTestTable->FindCallback(KeySnifferCallbackList, scriptId, callable, refcon, &found, &index);
     if (found) {
-        CV_SDK_GUARD(kModule, function, IntResult(0),
+        CV_SDK_GUARD(kModule, function, CV_IntResult(0),
                      result = XPLMUnregisterKeySniffer(CV_KeySnifferCallback, beforeWindows, entry));
-        if (result) RemoveValue(gKeySniffersHeld, entry);
-        const bool held =
-            std::find(gKeySniffersHeld.begin(), gKeySniffersHeld.end(), entry) != gKeySniffersHeld.end();
-        RetireRecord(&KeySnifferCallbackList, entry, index, held);
+        if (result) CV_Release(&KeySnifferCallbackList, entry);
+        CV_RetireRecord(&KeySnifferCallbackList, entry, index);
     } else {
-        PrintExceptionf(kModule, function,
-                        CV_MSG_UNKNOWN_CALLBACK_AND_REFCON,
-                        scriptName);
+        CV_ReportUnknownCallback(kModule, function, scriptName, CV_MatchedBy::Refcon);
     }
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace(function,
                               CV_FormatText("pScriptId = %lx, Script Name = %s, inBeforeWindows = %d, inRefcon = %ld\n",
                                             CV_Hex(scriptId), scriptName, beforeWindows, CV_Dec(refcon)),
-                              {{"KeySnifferCallbackList", KeySnifferCallbackList.size()}});
-    return IntResult(result);
+                              {KeySnifferCallbackList});
+    return CV_IntResult(result);
 }
 
 // ---------------------------------------------------------------- screen and mouse
 
-PyObject* PY_XPLMGetScreenSize(PyObject* self, PyObject* args) {
-    PyObject *outWidth = nullptr, *outHeight = nullptr;
-    if (!PyArg_ParseTuple(args, "OO", &outWidth, &outHeight)) return nullptr;
-    if (!CV_CheckOutputList(outWidth) || !CV_CheckOutputList(outHeight)) return nullptr;
-    int width = 0, height = 0;
-    CV_SDK_GUARD(kModule, "XPLMGetScreenSize", IntResult(0),
-                 XPLMGetScreenSize(OutPointer(outWidth, &width), OutPointer(outHeight, &height)));
-    if (!CV_StoreOutput(outWidth, PyLong_FromLong(width)) || !CV_StoreOutput(outHeight, PyLong_FromLong(height))) return nullptr;
-    return IntResult(1);
+// XPLMGetScreenSize and XPLMGetMouseLocation: two ints into two output arguments.
+template <void (*Sdk)(int*, int*)>
+PyObject* GetTwoInts(PyObject* args, const char* function) {
+    PyObject *outFirst = nullptr, *outSecond = nullptr;
+    if (!PyArg_ParseTuple(args, "OO", &outFirst, &outSecond)) return nullptr;
+    if (!CV_CheckOutputList(outFirst) || !CV_CheckOutputList(outSecond)) return nullptr;
+    int first = 0, second = 0;
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0),
+                 Sdk(CV_OutPointer(outFirst, &first), CV_OutPointer(outSecond, &second)));
+    if (!CV_StoreOutput(outFirst, PyLong_FromLong(first)) || !CV_StoreOutput(outSecond, PyLong_FromLong(second)))
+        return nullptr;
+    return CV_IntResult(1);
 }
 
+PyObject* PY_XPLMGetScreenSize(PyObject* self, PyObject* args) {
+    return GetTwoInts<XPLMGetScreenSize>(args, "XPLMGetScreenSize");
+}
 PyObject* PY_XPLMGetMouseLocation(PyObject* self, PyObject* args) {
-    PyObject *outX = nullptr, *outY = nullptr;
-    if (!PyArg_ParseTuple(args, "OO", &outX, &outY)) return nullptr;
-    if (!CV_CheckOutputList(outX) || !CV_CheckOutputList(outY)) return nullptr;
-    int x = 0, y = 0;
-    CV_SDK_GUARD(kModule, "XPLMGetMouseLocation", IntResult(0),
-                 XPLMGetMouseLocation(OutPointer(outX, &x), OutPointer(outY, &y)));
-    if (!CV_StoreOutput(outX, PyLong_FromLong(x)) || !CV_StoreOutput(outY, PyLong_FromLong(y))) return nullptr;
-    return IntResult(1);
+    return GetTwoInts<XPLMGetMouseLocation>(args, "XPLMGetMouseLocation");
 }
 
 // ---------------------------------------------------------------- hot keys
 
-// The hot keys the simulator holds, each with the record it calls back with. After two
-// registrations with one method the record that holds a hot key's id is not the one the simulator
-// calls for it; a record is freed only when no registered hot key calls with it.
-std::vector<std::pair<XPLMHotKeyID, _CallbackList*>> gHotKeys;
-
-bool HotKeyRecordInUse(const _CallbackList* entry) {
-    for (const auto& hotKey : gHotKeys)
-        if (hotKey.second == entry) return true;
-    return false;
-}
-
+// A hot key is held under its id with the record it calls back with. After two registrations with
+// one method the record that holds a hot key's id is not the one the simulator calls for it; a
+// record is freed only when no registered hot key calls with it.
 PyObject* PY_XPLMRegisterHotKey(PyObject* self, PyObject* args) {
-    PyObject *scriptId = nullptr, *callable = nullptr, *refconObject = nullptr;
+    PyObject *scriptId = nullptr, *callable = nullptr;
     unsigned char virtualKey = 0;
     int flags = 0;
     const char* description = nullptr;
-    if (!PyArg_ParseTuple(args, "ObisOO", &scriptId, &virtualKey, &flags, &description, &callable, &refconObject))
-        return nullptr;
     void* refcon = nullptr;
-    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
+    if (!PyArg_ParseTuple(args, "ObisOO&", &scriptId, &virtualKey, &flags, &description, &callable, CV_PointerArg,
+                          &refcon))
+        return nullptr;
 
     _CallbackList* entry = CVTestTable->AddCallback(&HotKeyCallbackList, scriptId, nullptr, callable, refcon);
     XPLMHotKeyID hotKey = nullptr;
-    CV_SDK_GUARD(kModule, "XPLMRegisterHotKey", IntResult(0),
+    CV_SDK_GUARD(kModule, "XPLMRegisterHotKey", CV_IntResult(0),
                  hotKey = XPLMRegisterHotKey(static_cast<char>(virtualKey), flags, description, CV_HotKeyCallback,
                                              entry));
-    if (hotKey != nullptr) gHotKeys.emplace_back(hotKey, entry);
+    if (hotKey != nullptr) CV_Hold(&HotKeyCallbackList, hotKey, entry);
     CVTestTable->UpdateCallback(&HotKeyCallbackList, scriptId, callable, hotKey);
 
     if (gCV_DebugCallbacks)
@@ -262,80 +214,73 @@ PyObject* PY_XPLMRegisterHotKey(PyObject* self, PyObject* args) {
                               CV_FormatText("pScriptId = %lx, inVirtualKey = %d, inFlags = %d, inDescription = %s, "
                                             "inRefcon = %ld\n",
                                             CV_Hex(scriptId), virtualKey, flags, description, CV_Dec(refcon)),
-                              {{"HotKeyCallbackList", HotKeyCallbackList.size()}});
-    return PyLong_FromVoidPtr(hotKey);
+                              {HotKeyCallbackList});
+    return CV_HandleResult(hotKey);
 }
 
 PyObject* PY_XPLMUnregisterHotKey(PyObject* self, PyObject* args) {
     const char* const function = "XPLMUnregisterHotKey";
-    PyObject *scriptId = nullptr, *idObject = nullptr;
-    void* hotKey = nullptr;
-    if (!PyArg_ParseTuple(args, "OO", &scriptId, &idObject) || !CV_PointerWord(idObject, &hotKey)) return nullptr;
+    PyObject* scriptId = nullptr;
+    XPLMHotKeyID hotKey = nullptr;
+    if (!PyArg_ParseTuple(args, "OO&", &scriptId, CV_PointerArg, &hotKey)) return nullptr;
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
     int found = 0, index = 0;
     _CallbackList* entry = CVTestTable->FindCallback(HotKeyCallbackList, scriptId, hotKey, &found, &index);
     if (found) {
-        CV_SDK_GUARD(kModule, function, IntResult(0), XPLMUnregisterHotKey(hotKey));
-        gHotKeys.erase(std::remove_if(gHotKeys.begin(), gHotKeys.end(),
-                                      [&](const std::pair<XPLMHotKeyID, _CallbackList*>& h) { return h.first == hotKey; }),
-                       gHotKeys.end());
-        RetireRecord(&HotKeyCallbackList, entry, index, HotKeyRecordInUse(entry));
+        CV_SDK_GUARD(kModule, function, CV_IntResult(0), XPLMUnregisterHotKey(hotKey));
+        CV_Release(&HotKeyCallbackList, hotKey);
+        CV_RetireRecord(&HotKeyCallbackList, entry, index);
     } else {
-        PrintExceptionf(kModule, function, CV_MSG_UNKNOWN_CALLBACK, scriptName);
+        CV_ReportUnknownCallback(kModule, function, scriptName, CV_MatchedBy::Handle);
     }
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace(function,
                               CV_FormatText("pScriptId = %lx, Script Name = %s, HotKeyID = %lx\n", CV_Hex(scriptId),
                                             scriptName, CV_Hex(hotKey)),
-                              {{"HotKeyCallbackList", HotKeyCallbackList.size()}});
-    return IntResult(1);
+                              {HotKeyCallbackList});
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMCountHotKeys(PyObject* self, PyObject* args) {
     if (!PyArg_ParseTuple(args, "")) return nullptr;
     int count = 0;
-    CV_SDK_GUARD(kModule, "XPLMCountHotKeys", IntResult(0), count = XPLMCountHotKeys());
-    return IntResult(count);
+    CV_SDK_GUARD(kModule, "XPLMCountHotKeys", CV_IntResult(0), count = XPLMCountHotKeys());
+    return CV_IntResult(count);
 }
 
 PyObject* PY_XPLMGetNthHotKey(PyObject* self, PyObject* args) {
     int index = 0;
     if (!PyArg_ParseTuple(args, "i", &index)) return nullptr;
     XPLMHotKeyID hotKey = nullptr;
-    CV_SDK_GUARD(kModule, "XPLMGetNthHotKey", IntResult(0), hotKey = XPLMGetNthHotKey(index));
-    return PyLong_FromVoidPtr(hotKey);
+    CV_SDK_GUARD(kModule, "XPLMGetNthHotKey", CV_IntResult(0), hotKey = XPLMGetNthHotKey(index));
+    return CV_HandleResult(hotKey);
 }
 
 PyObject* PY_XPLMGetHotKeyInfo(PyObject* self, PyObject* args) {
-    PyObject *idObject = nullptr, *outVirtualKey = nullptr, *outFlags = nullptr, *outDescription = nullptr,
-             *outPlugin = nullptr;
-    void* hotKey = nullptr;
-    if (!PyArg_ParseTuple(args, "OOOOO", &idObject, &outVirtualKey, &outFlags, &outDescription, &outPlugin) ||
-        !CV_PointerWord(idObject, &hotKey))
+    PyObject *outVirtualKey = nullptr, *outFlags = nullptr, *outDescription = nullptr, *outPlugin = nullptr;
+    XPLMHotKeyID hotKey = nullptr;
+    if (!PyArg_ParseTuple(args, "O&OOOO", CV_PointerArg, &hotKey, &outVirtualKey, &outFlags, &outDescription,
+                          &outPlugin))
         return nullptr;
-    if (!CV_CheckOutputList(outVirtualKey) || !CV_CheckOutputList(outFlags) || !CV_CheckOutputList(outDescription) ||
-        !CV_CheckOutputList(outPlugin))
-        return nullptr;
+    for (PyObject* out : {outVirtualKey, outFlags, outDescription, outPlugin})
+        if (!CV_CheckOutputList(out)) return nullptr;
 
     char virtualKey = 0;
     XPLMKeyFlags flags = 0;
     char description[1024] = {0};
     XPLMPluginID plugin = 0;
-    CV_SDK_GUARD(kModule, "XPLMGetHotKeyInfo", IntResult(0),
-                 XPLMGetHotKeyInfo(hotKey, OutPointer(outVirtualKey, &virtualKey), OutPointer(outFlags, &flags),
-                                   OutPointer(outDescription, description), OutPointer(outPlugin, &plugin)));
-    description[sizeof description - 1] = '\0';
-    const size_t length = strnlen(description, sizeof description);
+    CV_SDK_GUARD(kModule, "XPLMGetHotKeyInfo", CV_IntResult(0),
+                 XPLMGetHotKeyInfo(hotKey, CV_OutPointer(outVirtualKey, &virtualKey), CV_OutPointer(outFlags, &flags),
+                                   CV_OutPointer(outDescription, description), CV_OutPointer(outPlugin, &plugin)));
     if (!CV_StoreOutput(outVirtualKey, PyLong_FromLong(static_cast<signed char>(virtualKey))) ||
         !CV_StoreOutput(outFlags, PyLong_FromLong(flags)) ||
-        !CV_StoreOutput(outDescription,
-                  PyUnicode_DecodeUTF8(description, static_cast<Py_ssize_t>(length), "replace")) ||
+        !CV_StoreOutput(outDescription, CV_BufferText(description, sizeof description - 1)) ||
         !CV_StoreOutput(outPlugin, PyLong_FromLong(plugin)))
         return nullptr;
-    return IntResult(1);
+    return CV_IntResult(1);
 }
 
 // The hot key comes as a plain integer here, unlike in the other hot key functions: a
@@ -345,88 +290,29 @@ PyObject* PY_XPLMSetHotKeyCombination(PyObject* self, PyObject* args) {
     unsigned char virtualKey = 0;
     int flags = 0;
     if (!PyArg_ParseTuple(args, "nbi", &hotKey, &virtualKey, &flags)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMSetHotKeyCombination", IntResult(0),
+    CV_SDK_GUARD(kModule, "XPLMSetHotKeyCombination", CV_IntResult(0),
                  XPLMSetHotKeyCombination(reinterpret_cast<XPLMHotKeyID>(hotKey), static_cast<char>(virtualKey),
                                           flags));
-    return IntResult(1);
+    return CV_IntResult(1);
 }
 
 // ---------------------------------------------------------------- windows
 
-// The five handler lists in the order windows are searched and traced: draw, key, mouse click,
-// cursor, mouse wheel, with the slot of the key record each handler sits in.
-struct WindowHandlerList {
-    CV_CallbackVector* list;
-    const char* name;
-    int slot;
-};
-const WindowHandlerList kWindowLists[5] = {
-    {&DrawWindowCallbackList, "DrawWindowCallbackList", CV_WindowDrawSlot},
-    {&KeyCallbackList, "KeyCallbackList", CV_WindowKeySlot},
-    {&MouseClickCallbackList, "MouseClickCallbackList", CV_WindowMouseClickSlot},
-    {&CursorStatusCallbackList, "CursorStatusCallbackList", CV_WindowCursorStatusSlot},
-    {&MouseWheelCallbackList, "MouseWheelCallbackList", CV_WindowMouseWheelSlot},
-};
+// The five handler lists follow each other in the table in the order windows search and trace
+// them: draw, key, mouse click, cursor, mouse wheel.
+constexpr size_t kWindowListCount = 5;
 
-void TraceWindowLists(const char* function, const std::string& details) {
-    CV_DebugCallbackTrace(function, details,
-                          {{"DrawWindowCallbackList", DrawWindowCallbackList.size()},
-                           {"KeyCallbackList", KeyCallbackList.size()},
-                           {"MouseClickCallbackList", MouseClickCallbackList.size()},
-                           {"CursorStatusCallbackList", CursorStatusCallbackList.size()},
-                           {"MouseWheelCallbackList", MouseWheelCallbackList.size()}});
+void TraceWindowLists(const char* function, const std::string& details, size_t lists = kWindowListCount) {
+    CV_DebugCallbackTrace(function, details, CV_ListSizes(DrawWindowCallbackList, lists));
 }
 
-// The windows scripts created that are still open: each with its own key record and the refcon the
-// simulator currently calls it with (the key record unless the script set another). Those key
-// records, and the handler records in their slots, are in use: they stay allocated whatever the
-// lists say. Whatever else is taken out of a list waits in the detached lists until it is no
-// longer in use, then is freed.
-struct ScriptWindow {
-    XPLMWindowID id;
-    _CallbackList** keyRecord;
-    _CallbackList** refcon;
-};
-std::vector<ScriptWindow> gScriptWindows;
-std::vector<_CallbackList*> gDetachedHandlers;
-std::vector<_CallbackList**> gDetachedKeyRecords;
-
-bool KeyRecordInUse(_CallbackList** keyRecord) {
-    if (keyRecord == nullptr) return false;
-    for (const ScriptWindow& w : gScriptWindows)
-        if (w.keyRecord == keyRecord || w.refcon == keyRecord) return true;
-    return false;
-}
-
-bool HandlerInUse(const _CallbackList* entry) {
-    for (const ScriptWindow& w : gScriptWindows) {
-        for (_CallbackList** keyRecord : {w.keyRecord, w.refcon}) {
-            if (keyRecord == nullptr) continue;
-            for (int slot = 0; slot < CV_WindowBlockSlots; ++slot)
-                if (keyRecord[slot] == entry) return true;
-        }
-    }
-    return false;
-}
-
-void ReleaseDetachedWindowRecords() {
-    for (size_t i = 0; i < gDetachedHandlers.size();) {
-        if (HandlerInUse(gDetachedHandlers[i])) {
-            ++i;
-            continue;
-        }
-        _CallbackList* entry = gDetachedHandlers[i];
-        gDetachedHandlers.erase(gDetachedHandlers.begin() + i);
-        CVTestTable->DeleteCallback(nullptr, entry, -1);
-    }
-    for (size_t i = 0; i < gDetachedKeyRecords.size();) {
-        if (KeyRecordInUse(gDetachedKeyRecords[i])) {
-            ++i;
-            continue;
-        }
-        delete[] gDetachedKeyRecords[i];
-        gDetachedKeyRecords.erase(gDetachedKeyRecords.begin() + i);
-    }
+// An open window is held under its id with two key records: its own, and the refcon the simulator
+// currently calls it with (the same unless the script set another). Handler records and key records
+// that destructions take out by the scripts' rules (a handler record found by script and window may
+// be another window's after two windows share a method; the key record goes by position) stay
+// allocated while an open window reaches them.
+void HoldWindow(XPLMWindowID window, _CallbackList** keyRecord, _CallbackList** refcon) {
+    CV_Hold(&DrawWindowMemoryPointerList, window, nullptr, {keyRecord, refcon}, CV_WindowBlockSlots);
 }
 
 // A handler is recorded only when it is a bound method; anything else leaves its slot empty.
@@ -435,44 +321,60 @@ _CallbackList* RecordHandler(CV_CallbackVector* list, PyObject* scriptId, PyObje
     return CVTestTable->AddCallback(list, scriptId, nullptr, handler, refcon);
 }
 
-PyObject* PY_XPLMCreateWindow(PyObject* self, PyObject* args) {
-    PyObject *scriptId = nullptr, *drawHandler = nullptr, *keyHandler = nullptr, *mouseHandler = nullptr,
-             *refconObject = nullptr;
-    int left = 0, top = 0, right = 0, bottom = 0, isVisible = 0;
-    if (!PyArg_ParseTuple(args, "OiiiiiOOOO", &scriptId, &left, &top, &right, &bottom, &isVisible, &drawHandler,
-                          &keyHandler, &mouseHandler, &refconObject))
-        return nullptr;
-    void* refcon = nullptr;
-    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
-
-    _CallbackList* draw = RecordHandler(&DrawWindowCallbackList, scriptId, drawHandler, refcon);
-    _CallbackList* key = RecordHandler(&KeyCallbackList, scriptId, keyHandler, refcon);
-    _CallbackList* mouse = RecordHandler(&MouseClickCallbackList, scriptId, mouseHandler, refcon);
+// Records a window's handlers (null for a handler the window does not have) and makes its key
+// record, in the slot order the trampolines read.
+struct WindowHandlers {
+    PyObject *draw, *key, *mouse, *cursor, *wheel;
+};
+_CallbackList** RecordWindow(PyObject* scriptId, const WindowHandlers& h, void* refcon) {
     _CallbackList** keyRecord = new _CallbackList*[CV_WindowBlockSlots]();
+    keyRecord[CV_WindowDrawSlot] = RecordHandler(&DrawWindowCallbackList, scriptId, h.draw, refcon);
+    keyRecord[CV_WindowKeySlot] = RecordHandler(&KeyCallbackList, scriptId, h.key, refcon);
+    keyRecord[CV_WindowMouseClickSlot] = RecordHandler(&MouseClickCallbackList, scriptId, h.mouse, refcon);
+    if (h.cursor) keyRecord[CV_WindowCursorStatusSlot] = RecordHandler(&CursorStatusCallbackList, scriptId, h.cursor, refcon);
+    if (h.wheel) keyRecord[CV_WindowMouseWheelSlot] = RecordHandler(&MouseWheelCallbackList, scriptId, h.wheel, refcon);
     DrawWindowMemoryPointerList.push_back(keyRecord);
-    keyRecord[CV_WindowDrawSlot] = draw;
-    keyRecord[CV_WindowMouseClickSlot] = mouse;
-    keyRecord[CV_WindowKeySlot] = key;
+    return keyRecord;
+}
 
+// Once the simulator made the window: hold it and give the handler records its id.
+void WindowMade(PyObject* scriptId, XPLMWindowID window, _CallbackList** keyRecord, const WindowHandlers& h) {
+    if (window != nullptr) HoldWindow(window, keyRecord, keyRecord);
+    const std::pair<int, PyObject*> slots[kWindowListCount] = {{CV_WindowDrawSlot, h.draw},
+                                                              {CV_WindowKeySlot, h.key},
+                                                              {CV_WindowMouseClickSlot, h.mouse},
+                                                              {CV_WindowCursorStatusSlot, h.cursor},
+                                                              {CV_WindowMouseWheelSlot, h.wheel}};
+    const CV_ListEntry* lists = CV_FindList(&DrawWindowCallbackList);
+    for (size_t i = 0; i < kWindowListCount; ++i)
+        if (keyRecord[slots[i].first] != nullptr)
+            CVTestTable->UpdateCallback(lists[i].callbacks, scriptId, slots[i].second, window);
+}
+
+PyObject* PY_XPLMCreateWindow(PyObject* self, PyObject* args) {
+    PyObject* scriptId = nullptr;
+    WindowHandlers h{};
+    int left = 0, top = 0, right = 0, bottom = 0, isVisible = 0;
+    void* refcon = nullptr;
+    if (!PyArg_ParseTuple(args, "OiiiiiOOOO&", &scriptId, &left, &top, &right, &bottom, &isVisible, &h.draw, &h.key,
+                          &h.mouse, CV_PointerArg, &refcon))
+        return nullptr;
+
+    _CallbackList** keyRecord = RecordWindow(scriptId, h, refcon);
     XPLMWindowID window = nullptr;
-    CV_SDK_GUARD(kModule, "XPLMCreateWindow", IntResult(0),
+    CV_SDK_GUARD(kModule, "XPLMCreateWindow", CV_IntResult(0),
                  window = XPLMCreateWindow(left, top, right, bottom, isVisible, CV_DrawWindowCallback, CV_KeyCallback,
                                            CV_MouseClickCallback, keyRecord));
-    if (window != nullptr) gScriptWindows.push_back({window, keyRecord, keyRecord});
-    if (draw) CVTestTable->UpdateCallback(&DrawWindowCallbackList, scriptId, drawHandler, window);
-    if (key) CVTestTable->UpdateCallback(&KeyCallbackList, scriptId, keyHandler, window);
-    if (mouse) CVTestTable->UpdateCallback(&MouseClickCallbackList, scriptId, mouseHandler, window);
+    WindowMade(scriptId, window, keyRecord, h);
 
     if (gCV_DebugCallbacks)
-        CV_DebugCallbackTrace("XPLMCreateWindow",
-                              CV_FormatText("pScriptId = %lx, Left = %d, Top = %d, Right = %d, Bottom = %d, "
-                                            "IsVisible = %d, Refcon = %ld, WindowID = %lx\n",
-                                            CV_Hex(scriptId), left, top, right, bottom, isVisible, CV_Dec(refcon),
-                                            CV_Hex(window)),
-                              {{"DrawWindowCallbackList", DrawWindowCallbackList.size()},
-                               {"KeyCallbackList", KeyCallbackList.size()},
-                               {"MouseClickCallbackList", MouseClickCallbackList.size()}});
-    return PyLong_FromVoidPtr(window);
+        TraceWindowLists("XPLMCreateWindow",
+                         CV_FormatText("pScriptId = %lx, Left = %d, Top = %d, Right = %d, Bottom = %d, "
+                                       "IsVisible = %d, Refcon = %ld, WindowID = %lx\n",
+                                       CV_Hex(scriptId), left, top, right, bottom, isVisible, CV_Dec(refcon),
+                                       CV_Hex(window)),
+                         3);
+    return CV_HandleResult(window);
 }
 
 // The sequence of XPLMCreateWindowEx: left, top, right, bottom, visible, then the draw, key, mouse
@@ -481,58 +383,27 @@ enum { kWindowExItems = 11 };
 
 PyObject* PY_XPLMCreateWindowEx(PyObject* self, PyObject* args) {
     const char* const function = "XPLMCreateWindowEx";
-    if (XPLMCreateWindowEx_ptr == nullptr) {
-        PrintException(kModule, function, "Not supported in SDK 1.02");
-        return IntResult(0);
-    }
+    CV_REQUIRE_SDK(kModule, Sdk200, XPLMCreateWindowEx);
     PyObject *scriptId = nullptr, *parameters = nullptr;
     if (!PyArg_ParseTuple(args, "OO", &scriptId, &parameters)) return nullptr;
     if (!PySequence_Check(parameters)) {
         PyErr_SetString(PyExc_TypeError, "expected sequence");
         return nullptr;
     }
-    PyObject* items[kWindowExItems] = {};
-    auto releaseItems = [&items]() {
-        for (PyObject*& item : items) Py_CLEAR(item);
-    };
+    CV_PyRef items[kWindowExItems];
     for (int i = 0; i < kWindowExItems; ++i) {
-        items[i] = PySequence_GetItem(parameters, i);
-        if (items[i] == nullptr) {
-            releaseItems();
-            return nullptr;
-        }
+        items[i].reset(PySequence_GetItem(parameters, i));
+        if (!items[i]) return nullptr;
     }
     long geometry[5] = {};
     for (int i = 0; i < 5; ++i) {
-        geometry[i] = PyLong_AsLong(items[i]);
-        if (geometry[i] == -1 && PyErr_Occurred()) {
-            releaseItems();
-            return nullptr;
-        }
+        geometry[i] = PyLong_AsLong(items[i].get());
+        if (geometry[i] == -1 && PyErr_Occurred()) return nullptr;
     }
     void* refcon = nullptr;
-    if (!CV_PointerWord(items[10], &refcon)) {
-        releaseItems();
-        return nullptr;
-    }
-    PyObject* const drawHandler = items[5];
-    PyObject* const keyHandler = items[6];
-    PyObject* const mouseHandler = items[7];
-    PyObject* const cursorHandler = items[8];
-    PyObject* const wheelHandler = items[9];
-
-    _CallbackList* draw = RecordHandler(&DrawWindowCallbackList, scriptId, drawHandler, refcon);
-    _CallbackList* key = RecordHandler(&KeyCallbackList, scriptId, keyHandler, refcon);
-    _CallbackList* mouse = RecordHandler(&MouseClickCallbackList, scriptId, mouseHandler, refcon);
-    _CallbackList* cursor = RecordHandler(&CursorStatusCallbackList, scriptId, cursorHandler, refcon);
-    _CallbackList* wheel = RecordHandler(&MouseWheelCallbackList, scriptId, wheelHandler, refcon);
-    _CallbackList** keyRecord = new _CallbackList*[CV_WindowBlockSlots]();
-    keyRecord[CV_WindowDrawSlot] = draw;
-    keyRecord[CV_WindowMouseClickSlot] = mouse;
-    keyRecord[CV_WindowKeySlot] = key;
-    keyRecord[CV_WindowCursorStatusSlot] = cursor;
-    keyRecord[CV_WindowMouseWheelSlot] = wheel;
-    DrawWindowMemoryPointerList.push_back(keyRecord);
+    if (!CV_PointerWord(items[10].get(), &refcon)) return nullptr;
+    const WindowHandlers h{items[5].get(), items[6].get(), items[7].get(), items[8].get(), items[9].get()};
+    _CallbackList** keyRecord = RecordWindow(scriptId, h, refcon);
 
     // The SDK's structure takes the mouse click handler before the key handler.
     XPLMCreateWindow_t params;
@@ -550,19 +421,8 @@ PyObject* PY_XPLMCreateWindowEx(PyObject* self, PyObject* args) {
     params.refcon = keyRecord;
 
     XPLMWindowID window = nullptr;
-    try {
-        window = XPLMCreateWindowEx_ptr(&params);
-    } catch (...) {
-        releaseItems();
-        PrintException(kModule, function, "Parameter Error");
-        return IntResult(0);
-    }
-    if (window != nullptr) gScriptWindows.push_back({window, keyRecord, keyRecord});
-    if (draw) CVTestTable->UpdateCallback(&DrawWindowCallbackList, scriptId, drawHandler, window);
-    if (key) CVTestTable->UpdateCallback(&KeyCallbackList, scriptId, keyHandler, window);
-    if (mouse) CVTestTable->UpdateCallback(&MouseClickCallbackList, scriptId, mouseHandler, window);
-    if (cursor) CVTestTable->UpdateCallback(&CursorStatusCallbackList, scriptId, cursorHandler, window);
-    if (wheel) CVTestTable->UpdateCallback(&MouseWheelCallbackList, scriptId, wheelHandler, window);
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), window = XPLMCreateWindowEx_ptr(&params));
+    WindowMade(scriptId, window, keyRecord, h);
 
     if (gCV_DebugCallbacks)
         TraceWindowLists(function,
@@ -571,60 +431,36 @@ PyObject* PY_XPLMCreateWindowEx(PyObject* self, PyObject* args) {
                                        CV_Hex(scriptId), params.left, params.top, params.right, params.bottom,
                                        params.visible, CV_Dec(refcon), CV_Hex(window)) +
                              CV_FormatText("pDrawWindowCB = %lx\n", CV_Hex(keyRecord)));
-    releaseItems();
-    return PyLong_FromVoidPtr(window);
+    return CV_HandleResult(window);
 }
 
 PyObject* PY_XPLMDestroyWindow(PyObject* self, PyObject* args) {
     const char* const function = "XPLMDestroyWindow";
-    PyObject *scriptId = nullptr, *idObject = nullptr;
-    void* window = nullptr;
-    if (!PyArg_ParseTuple(args, "OO", &scriptId, &idObject) || !CV_PointerWord(idObject, &window)) return nullptr;
+    PyObject* scriptId = nullptr;
+    XPLMWindowID window = nullptr;
+    if (!PyArg_ParseTuple(args, "OO&", &scriptId, CV_PointerArg, &window)) return nullptr;
 
     // One index for all five searches: a search that finds nothing leaves it as it was, so it ends
     // as the position of the last handler record found.
+    const CV_ListEntry* lists = CV_FindList(&DrawWindowCallbackList);
     int index = 0;
-    for (const WindowHandlerList& h : kWindowLists) {
+    for (size_t i = 0; i < kWindowListCount; ++i) {
         int found = 0;
-        _CallbackList* entry = CVTestTable->FindCallback(*h.list, scriptId, window, &found, &index);
-        if (!found) continue;
-        CV_TakeOutOfList(h.list, entry, index);
-        gDetachedHandlers.push_back(entry);
+        _CallbackList* entry = CVTestTable->FindCallback(*lists[i].callbacks, scriptId, window, &found, &index);
+        if (found) CV_RetireRecord(lists[i].callbacks, entry, index);
     }
 
-    _CallbackList** ownKeyRecord = nullptr;
-    for (const ScriptWindow& w : gScriptWindows)
-        if (w.id == window) ownKeyRecord = w.keyRecord;
-    try {
-        XPLMDestroyWindow(window);
-    } catch (...) {
-        ReleaseDetachedWindowRecords();
-        PrintException(kModule, function, "Parameter Error");
-        return IntResult(0);
-    }
-    // The simulator no longer calls this window.
-    gScriptWindows.erase(std::remove_if(gScriptWindows.begin(), gScriptWindows.end(),
-                                        [&](const ScriptWindow& w) { return w.id == window; }),
-                         gScriptWindows.end());
+    _CallbackList** ownKeyRecord = CV_HeldBlock(&DrawWindowMemoryPointerList, window, 0);
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), XPLMDestroyWindow(window));
+    CV_Release(&DrawWindowMemoryPointerList, window);
 
     // The key record removed is the one at the position of the last handler found, which need not
-    // be this window's own. A position past the list's end falls back to the window's own record,
-    // or the last one.
+    // be this window's own.
     _CallbackList** removed = nullptr;
-    if (DrawWindowMemoryPointerList.empty()) {
+    if (DrawWindowMemoryPointerList.empty())
         PrintException(kModule, function, "List Empty Error");
-    } else {
-        size_t at = static_cast<size_t>(std::max(index, 0));
-        if (at >= DrawWindowMemoryPointerList.size()) {
-            auto own = std::find(DrawWindowMemoryPointerList.begin(), DrawWindowMemoryPointerList.end(), ownKeyRecord);
-            at = own != DrawWindowMemoryPointerList.end() ? static_cast<size_t>(own - DrawWindowMemoryPointerList.begin())
-                                                          : DrawWindowMemoryPointerList.size() - 1;
-        }
-        removed = DrawWindowMemoryPointerList[at];
-        DrawWindowMemoryPointerList.erase(DrawWindowMemoryPointerList.begin() + static_cast<long>(at));
-        gDetachedKeyRecords.push_back(removed);
-    }
-    ReleaseDetachedWindowRecords();
+    else
+        removed = CV_RetireBlock(&DrawWindowMemoryPointerList, index, ownKeyRecord);
 
     if (gCV_DebugCallbacks) {
         char scriptName[256];
@@ -633,66 +469,72 @@ PyObject* PY_XPLMDestroyWindow(PyObject* self, PyObject* args) {
                                                  CV_Hex(scriptId), scriptName, CV_Hex(window)) +
                                        CV_FormatText("pDrawWindowCB = %lx\n", CV_Hex(removed)));
     }
-    return IntResult(1);
+    return CV_IntResult(1);
 }
 
+// The window functions that take a window id and four int output arguments, or four ints.
 PyObject* PY_XPLMGetWindowGeometry(PyObject* self, PyObject* args) {
-    PyObject *idObject = nullptr, *outLeft = nullptr, *outTop = nullptr, *outRight = nullptr, *outBottom = nullptr;
-    void* window = nullptr;
-    if (!PyArg_ParseTuple(args, "OOOOO", &idObject, &outLeft, &outTop, &outRight, &outBottom) ||
-        !CV_PointerWord(idObject, &window))
+    PyObject* outs[4] = {};
+    XPLMWindowID window = nullptr;
+    if (!PyArg_ParseTuple(args, "O&OOOO", CV_PointerArg, &window, &outs[0], &outs[1], &outs[2], &outs[3]))
         return nullptr;
-    if (!CV_CheckOutputList(outLeft) || !CV_CheckOutputList(outTop) || !CV_CheckOutputList(outRight) ||
-        !CV_CheckOutputList(outBottom))
-        return nullptr;
-    int left = 0, top = 0, right = 0, bottom = 0;
-    CV_SDK_GUARD(kModule, "XPLMGetWindowGeometry", IntResult(0),
-                 XPLMGetWindowGeometry(window, OutPointer(outLeft, &left), OutPointer(outTop, &top),
-                                       OutPointer(outRight, &right), OutPointer(outBottom, &bottom)));
-    if (!CV_StoreOutput(outLeft, PyLong_FromLong(left)) || !CV_StoreOutput(outTop, PyLong_FromLong(top)) ||
-        !CV_StoreOutput(outRight, PyLong_FromLong(right)) || !CV_StoreOutput(outBottom, PyLong_FromLong(bottom)))
-        return nullptr;
-    return IntResult(1);
+    for (PyObject* out : outs)
+        if (!CV_CheckOutputList(out)) return nullptr;
+    int values[4] = {};
+    CV_SDK_GUARD(kModule, "XPLMGetWindowGeometry", CV_IntResult(0),
+                 XPLMGetWindowGeometry(window, CV_OutPointer(outs[0], &values[0]), CV_OutPointer(outs[1], &values[1]),
+                                       CV_OutPointer(outs[2], &values[2]), CV_OutPointer(outs[3], &values[3])));
+    for (int i = 0; i < 4; ++i)
+        if (!CV_StoreOutput(outs[i], PyLong_FromLong(values[i]))) return nullptr;
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMSetWindowGeometry(PyObject* self, PyObject* args) {
-    PyObject* idObject = nullptr;
     int left = 0, top = 0, right = 0, bottom = 0;
-    void* window = nullptr;
-    if (!PyArg_ParseTuple(args, "Oiiii", &idObject, &left, &top, &right, &bottom) ||
-        !CV_PointerWord(idObject, &window))
-        return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMSetWindowGeometry", IntResult(0),
+    XPLMWindowID window = nullptr;
+    if (!PyArg_ParseTuple(args, "O&iiii", CV_PointerArg, &window, &left, &top, &right, &bottom)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPLMSetWindowGeometry", CV_IntResult(0),
                  XPLMSetWindowGeometry(window, left, top, right, bottom));
-    return IntResult(1);
+    return CV_IntResult(1);
+}
+
+// The window functions of one window id: an answer (Sdk returns int) or an action (returns 1).
+template <int (*Sdk)(XPLMWindowID)>
+PyObject* WindowQuery(PyObject* args, const char* function) {
+    XPLMWindowID window = nullptr;
+    if (!PyArg_ParseTuple(args, "O&", CV_PointerArg, &window)) return nullptr;
+    int answer = 0;
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), answer = Sdk(window));
+    return CV_IntResult(answer);
+}
+
+template <void (*Sdk)(XPLMWindowID)>
+PyObject* WindowAction(PyObject* args, const char* function) {
+    XPLMWindowID window = nullptr;
+    if (!PyArg_ParseTuple(args, "O&", CV_PointerArg, &window)) return nullptr;
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), Sdk(window));
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMGetWindowIsVisible(PyObject* self, PyObject* args) {
-    PyObject* idObject = nullptr;
-    void* window = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &idObject) || !CV_PointerWord(idObject, &window)) return nullptr;
-    int visible = 0;
-    CV_SDK_GUARD(kModule, "XPLMGetWindowIsVisible", IntResult(0), visible = XPLMGetWindowIsVisible(window));
-    return IntResult(visible);
+    return WindowQuery<XPLMGetWindowIsVisible>(args, "XPLMGetWindowIsVisible");
 }
 
 PyObject* PY_XPLMSetWindowIsVisible(PyObject* self, PyObject* args) {
-    PyObject* idObject = nullptr;
     int visible = 0;
-    void* window = nullptr;
-    if (!PyArg_ParseTuple(args, "Oi", &idObject, &visible) || !CV_PointerWord(idObject, &window)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMSetWindowIsVisible", IntResult(0), XPLMSetWindowIsVisible(window, visible));
-    return IntResult(1);
+    XPLMWindowID window = nullptr;
+    if (!PyArg_ParseTuple(args, "O&i", CV_PointerArg, &window, &visible)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPLMSetWindowIsVisible", CV_IntResult(0), XPLMSetWindowIsVisible(window, visible));
+    return CV_IntResult(1);
 }
 
 // A window's refcon is its key record, through which the trampolines reach the script's handlers.
 PyObject* PY_XPLMGetWindowRefCon(PyObject* self, PyObject* args) {
-    PyObject* idObject = nullptr;
-    void* window = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &idObject) || !CV_PointerWord(idObject, &window)) return nullptr;
+    XPLMWindowID window = nullptr;
+    if (!PyArg_ParseTuple(args, "O&", CV_PointerArg, &window)) return nullptr;
     void* refcon = nullptr;
-    CV_SDK_GUARD(kModule, "XPLMGetWindowRefCon", IntResult(0), refcon = XPLMGetWindowRefCon(window));
-    return PyLong_FromVoidPtr(refcon);
+    CV_SDK_GUARD(kModule, "XPLMGetWindowRefCon", CV_IntResult(0), refcon = XPLMGetWindowRefCon(window));
+    return CV_HandleResult(refcon);
 }
 
 // Replacing a window's key record changes which handlers its callbacks reach. Any other value would
@@ -701,51 +543,33 @@ PyObject* PY_XPLMGetWindowRefCon(PyObject* self, PyObject* args) {
 // XPLMGetWindowRefCon gives it; other windows are left alone.
 PyObject* PY_XPLMSetWindowRefCon(PyObject* self, PyObject* args) {
     const char* const function = "XPLMSetWindowRefCon";
-    PyObject* idObject = nullptr;
     long refconValue = 0;
-    void* window = nullptr;
-    if (!PyArg_ParseTuple(args, "Ol", &idObject, &refconValue) || !CV_PointerWord(idObject, &window)) return nullptr;
+    XPLMWindowID window = nullptr;
+    if (!PyArg_ParseTuple(args, "O&l", CV_PointerArg, &window, &refconValue)) return nullptr;
     _CallbackList** refcon = reinterpret_cast<_CallbackList**>(static_cast<intptr_t>(refconValue));
 
-    auto target = std::find_if(gScriptWindows.begin(), gScriptWindows.end(),
-                               [&](const ScriptWindow& w) { return w.id == window; });
-    if (target == gScriptWindows.end() || (refcon != nullptr && !KeyRecordInUse(refcon))) {
+    if (!CV_IsHeld(&DrawWindowMemoryPointerList, window) ||
+        (refcon != nullptr && !CV_BlockIsHeld(&DrawWindowMemoryPointerList, refcon))) {
         PrintException(kModule, function,
                        "Only a script's own window can be given a refcon, and only 0 or the refcon of an open script "
                        "window from XPLMGetWindowRefCon.");
-        return IntResult(0);
+        return CV_IntResult(0);
     }
-    CV_SDK_GUARD(kModule, function, IntResult(0), XPLMSetWindowRefCon(window, refcon));
-    target = std::find_if(gScriptWindows.begin(), gScriptWindows.end(),
-                          [&](const ScriptWindow& w) { return w.id == window; });
-    if (target != gScriptWindows.end()) target->refcon = refcon;
-    ReleaseDetachedWindowRecords();
-    return IntResult(1);
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), XPLMSetWindowRefCon(window, refcon));
+    // The window may have been destroyed from inside the call; only an open window is held again.
+    if (_CallbackList** own = CV_HeldBlock(&DrawWindowMemoryPointerList, window, 0)) HoldWindow(window, own, refcon);
+    CV_FreeRetired();
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMTakeKeyboardFocus(PyObject* self, PyObject* args) {
-    PyObject* idObject = nullptr;
-    void* window = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &idObject) || !CV_PointerWord(idObject, &window)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMTakeKeyboardFocus", IntResult(0), XPLMTakeKeyboardFocus(window));
-    return IntResult(1);
+    return WindowAction<XPLMTakeKeyboardFocus>(args, "XPLMTakeKeyboardFocus");
 }
-
 PyObject* PY_XPLMBringWindowToFront(PyObject* self, PyObject* args) {
-    PyObject* idObject = nullptr;
-    void* window = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &idObject) || !CV_PointerWord(idObject, &window)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMBringWindowToFront", IntResult(0), XPLMBringWindowToFront(window));
-    return IntResult(1);
+    return WindowAction<XPLMBringWindowToFront>(args, "XPLMBringWindowToFront");
 }
-
 PyObject* PY_XPLMIsWindowInFront(PyObject* self, PyObject* args) {
-    PyObject* idObject = nullptr;
-    void* window = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &idObject) || !CV_PointerWord(idObject, &window)) return nullptr;
-    int inFront = 0;
-    CV_SDK_GUARD(kModule, "XPLMIsWindowInFront", IntResult(0), inFront = XPLMIsWindowInFront(window));
-    return IntResult(inFront);
+    return WindowQuery<XPLMIsWindowInFront>(args, "XPLMIsWindowInFront");
 }
 
 // ---------------------------------------------------------------- the module

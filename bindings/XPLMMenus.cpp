@@ -4,10 +4,7 @@
 // simulator as they are and come back to the handler through the trampoline.
 #include <Python.h>
 
-#include <algorithm>
 #include <iterator>
-#include <utility>
-#include <vector>
 
 #include "BindingModules.h"
 #include "BindingSupport.h"
@@ -30,41 +27,31 @@ const CV_IntConstant XPLMMenusConstants[] = {
     {"xplm_Menu_Checked", 2},
 };
 
-PyObject* IntResult(long value) { return PyLong_FromLong(value); }
-
-// The menus the simulator holds, each with the record its handler is called through. Two menus
-// created with one handler leave the second menu's id in the first menu's record, so destroying
-// the second removes the first one's record from the list; that record stays allocated while the
-// first menu is still there and calls with it.
-std::vector<std::pair<XPLMMenuID, _CallbackList*>> gScriptMenus;
-
-bool MenuRecordInUse(const _CallbackList* entry) {
-    for (const auto& menu : gScriptMenus)
-        if (menu.second == entry) return true;
-    return false;
-}
-
 PyObject* PY_XPLMFindPluginsMenu(PyObject* self, PyObject* args) {
     if (!PyArg_ParseTuple(args, "")) return nullptr;
     XPLMMenuID menu = nullptr;
-    CV_SDK_GUARD(kModule, "XPLMFindPluginsMenu", IntResult(0), menu = XPLMFindPluginsMenu());
-    return PyLong_FromVoidPtr(menu);
+    CV_SDK_GUARD(kModule, "XPLMFindPluginsMenu", CV_IntResult(0), menu = XPLMFindPluginsMenu());
+    return CV_HandleResult(menu);
 }
 
+// A menu is held under its id with the record its handler is called through. Two menus created
+// with one handler leave the second menu's id in the first menu's record, so destroying the second
+// removes the first one's record from the list; that record stays allocated while the first menu
+// is still there and calls with it.
 PyObject* PY_XPLMCreateMenu(PyObject* self, PyObject* args) {
-    PyObject *scriptId = nullptr, *parentObject = nullptr, *handler = nullptr, *menuRefObject = nullptr;
+    PyObject *scriptId = nullptr, *handler = nullptr;
     const char* name = nullptr;
     int parentItem = 0;
-    if (!PyArg_ParseTuple(args, "OsOiOO", &scriptId, &name, &parentObject, &parentItem, &handler, &menuRefObject))
-        return nullptr;
     void *parent = nullptr, *menuRef = nullptr;
-    if (!CV_PointerWord(parentObject, &parent) || !CV_PointerWord(menuRefObject, &menuRef)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OsO&iOO&", &scriptId, &name, CV_PointerArg, &parent, &parentItem, &handler,
+                          CV_PointerArg, &menuRef))
+        return nullptr;
 
     _CallbackList* entry = CVTestTable->AddCallback(&MenuCallbackList, scriptId, nullptr, handler, menuRef);
     XPLMMenuID menu = nullptr;
-    CV_SDK_GUARD(kModule, "XPLMCreateMenu", IntResult(0),
+    CV_SDK_GUARD(kModule, "XPLMCreateMenu", CV_IntResult(0),
                  menu = XPLMCreateMenu(name, parent, parentItem, CV_MenuCallback, entry));
-    if (menu != nullptr) gScriptMenus.emplace_back(menu, entry);
+    if (menu != nullptr) CV_Hold(&MenuCallbackList, menu, entry);
     CVTestTable->UpdateCallback(&MenuCallbackList, scriptId, handler, menu);
 
     if (gCV_DebugCallbacks)
@@ -72,129 +59,109 @@ PyObject* PY_XPLMCreateMenu(PyObject* self, PyObject* args) {
                               CV_FormatText("pScriptId = %lx, inName = %s, inParentMenu = %lx, inParentItem = %d, "
                                             "inMenuRef = %ld\n",
                                             CV_Hex(scriptId), name, CV_Hex(parent), parentItem, CV_Dec(menuRef)),
-                              {{"MenuCallbackList", MenuCallbackList.size()}});
-    return PyLong_FromVoidPtr(menu);
+                              {MenuCallbackList});
+    return CV_HandleResult(menu);
 }
 
 PyObject* PY_XPLMDestroyMenu(PyObject* self, PyObject* args) {
     const char* const function = "XPLMDestroyMenu";
-    PyObject *scriptId = nullptr, *idObject = nullptr;
-    void* menu = nullptr;
-    if (!PyArg_ParseTuple(args, "OO", &scriptId, &idObject) || !CV_PointerWord(idObject, &menu)) return nullptr;
+    PyObject* scriptId = nullptr;
+    XPLMMenuID menu = nullptr;
+    if (!PyArg_ParseTuple(args, "OO&", &scriptId, CV_PointerArg, &menu)) return nullptr;
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
     int found = 0, index = 0;
     _CallbackList* entry = CVTestTable->FindCallback(MenuCallbackList, scriptId, menu, &found, &index);
     if (found) {
-        CV_SDK_GUARD(kModule, function, IntResult(0), XPLMDestroyMenu(menu));
-        gScriptMenus.erase(std::remove_if(gScriptMenus.begin(), gScriptMenus.end(),
-                                          [&](const std::pair<XPLMMenuID, _CallbackList*>& m) { return m.first == menu; }),
-                           gScriptMenus.end());
-        if (MenuRecordInUse(entry)) {
-            auto it = std::find(MenuCallbackList.begin(), MenuCallbackList.end(), entry);
-            if (it != MenuCallbackList.end()) MenuCallbackList.erase(it);
-        } else {
-            CVTestTable->DeleteCallback(&MenuCallbackList, entry, index);
-        }
+        CV_SDK_GUARD(kModule, function, CV_IntResult(0), XPLMDestroyMenu(menu));
+        CV_Release(&MenuCallbackList, menu);
+        CV_RetireRecord(&MenuCallbackList, entry, index);
     } else {
         // Only the script that created a menu can destroy it; the menu stays.
-        PrintExceptionf(kModule, function, CV_MSG_UNKNOWN_CALLBACK,
-                        scriptName);
+        CV_ReportUnknownCallback(kModule, function, scriptName, CV_MatchedBy::Handle);
     }
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace(function,
                               CV_FormatText("pScriptId = %lx, Script Name = %s, inMenuID = %lx\n", CV_Hex(scriptId),
                                             scriptName, CV_Hex(menu)),
-                              {{"MenuCallbackList", MenuCallbackList.size()}});
-    return IntResult(1);
+                              {MenuCallbackList});
+    return CV_IntResult(1);
 }
 
 // SDK 2.10.
 PyObject* PY_XPLMRemoveMenuItem(PyObject* self, PyObject* args) {
-    const char* const function = "XPLMRemoveMenuItem";
-    if (XPLMRemoveMenuItem_ptr == nullptr) {
-        PrintException(kModule, function, "Not supported in SDK 1.02 or SDK 2.00");
-        return IntResult(0);
-    }
-    PyObject* idObject = nullptr;
+    CV_REQUIRE_SDK(kModule, Sdk210, XPLMRemoveMenuItem);
     int index = 0;
-    void* menu = nullptr;
-    if (!PyArg_ParseTuple(args, "Oi", &idObject, &index) || !CV_PointerWord(idObject, &menu)) return nullptr;
-    CV_SDK_GUARD(kModule, function, IntResult(0), XPLMRemoveMenuItem_ptr(menu, index));
-    return IntResult(1);
+    XPLMMenuID menu = nullptr;
+    if (!PyArg_ParseTuple(args, "O&i", CV_PointerArg, &menu, &index)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPLMRemoveMenuItem", CV_IntResult(0), XPLMRemoveMenuItem_ptr(menu, index));
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMClearAllMenuItems(PyObject* self, PyObject* args) {
-    PyObject* idObject = nullptr;
-    void* menu = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &idObject) || !CV_PointerWord(idObject, &menu)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMClearAllMenuItems", IntResult(0), XPLMClearAllMenuItems(menu));
-    return IntResult(1);
+    XPLMMenuID menu = nullptr;
+    if (!PyArg_ParseTuple(args, "O&", CV_PointerArg, &menu)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPLMClearAllMenuItems", CV_IntResult(0), XPLMClearAllMenuItems(menu));
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMAppendMenuItem(PyObject* self, PyObject* args) {
-    PyObject *idObject = nullptr, *itemRefObject = nullptr;
     const char* itemName = nullptr;
     int forceEnglish = 0;
-    void *menu = nullptr, *itemRef = nullptr;
-    if (!PyArg_ParseTuple(args, "OsOi", &idObject, &itemName, &itemRefObject, &forceEnglish) ||
-        !CV_PointerWord(idObject, &menu) || !CV_PointerWord(itemRefObject, &itemRef))
+    XPLMMenuID menu = nullptr;
+    void* itemRef = nullptr;
+    if (!PyArg_ParseTuple(args, "O&sO&i", CV_PointerArg, &menu, &itemName, CV_PointerArg, &itemRef, &forceEnglish))
         return nullptr;
     int index = 0;
-    CV_SDK_GUARD(kModule, "XPLMAppendMenuItem", IntResult(0),
+    CV_SDK_GUARD(kModule, "XPLMAppendMenuItem", CV_IntResult(0),
                  index = XPLMAppendMenuItem(menu, itemName, itemRef, forceEnglish));
-    return IntResult(index);
+    return CV_IntResult(index);
 }
 
 PyObject* PY_XPLMAppendMenuSeparator(PyObject* self, PyObject* args) {
-    PyObject* idObject = nullptr;
-    void* menu = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &idObject) || !CV_PointerWord(idObject, &menu)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMAppendMenuSeparator", IntResult(0), XPLMAppendMenuSeparator(menu));
-    return IntResult(1);
+    XPLMMenuID menu = nullptr;
+    if (!PyArg_ParseTuple(args, "O&", CV_PointerArg, &menu)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPLMAppendMenuSeparator", CV_IntResult(0), XPLMAppendMenuSeparator(menu));
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMSetMenuItemName(PyObject* self, PyObject* args) {
-    PyObject* idObject = nullptr;
     int index = 0, forceEnglish = 0;
     const char* itemName = nullptr;
-    void* menu = nullptr;
-    if (!PyArg_ParseTuple(args, "Oisi", &idObject, &index, &itemName, &forceEnglish) ||
-        !CV_PointerWord(idObject, &menu))
-        return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMSetMenuItemName", IntResult(0), XPLMSetMenuItemName(menu, index, itemName, forceEnglish));
-    return IntResult(1);
+    XPLMMenuID menu = nullptr;
+    if (!PyArg_ParseTuple(args, "O&isi", CV_PointerArg, &menu, &index, &itemName, &forceEnglish)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPLMSetMenuItemName", CV_IntResult(0),
+                 XPLMSetMenuItemName(menu, index, itemName, forceEnglish));
+    return CV_IntResult(1);
+}
+
+// XPLMCheckMenuItem and XPLMEnableMenuItem: a menu, an item and one int.
+template <void (*Sdk)(XPLMMenuID, int, int)>
+PyObject* SetItemState(PyObject* args, const char* function) {
+    int index = 0, state = 0;
+    XPLMMenuID menu = nullptr;
+    if (!PyArg_ParseTuple(args, "O&ii", CV_PointerArg, &menu, &index, &state)) return nullptr;
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), Sdk(menu, index, state));
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMCheckMenuItem(PyObject* self, PyObject* args) {
-    PyObject* idObject = nullptr;
-    int index = 0, check = 0;
-    void* menu = nullptr;
-    if (!PyArg_ParseTuple(args, "Oii", &idObject, &index, &check) || !CV_PointerWord(idObject, &menu)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMCheckMenuItem", IntResult(0), XPLMCheckMenuItem(menu, index, check));
-    return IntResult(1);
+    return SetItemState<XPLMCheckMenuItem>(args, "XPLMCheckMenuItem");
 }
 
 PyObject* PY_XPLMCheckMenuItemState(PyObject* self, PyObject* args) {
-    PyObject* idObject = nullptr;
     int index = 0;
-    void* menu = nullptr;
-    if (!PyArg_ParseTuple(args, "Oi", &idObject, &index) || !CV_PointerWord(idObject, &menu)) return nullptr;
+    XPLMMenuID menu = nullptr;
+    if (!PyArg_ParseTuple(args, "O&i", CV_PointerArg, &menu, &index)) return nullptr;
     XPLMMenuCheck check = xplm_Menu_NoCheck;
-    CV_SDK_GUARD(kModule, "XPLMCheckMenuItemState", IntResult(0), XPLMCheckMenuItemState(menu, index, &check));
-    return IntResult(check);
+    CV_SDK_GUARD(kModule, "XPLMCheckMenuItemState", CV_IntResult(0), XPLMCheckMenuItemState(menu, index, &check));
+    return CV_IntResult(check);
 }
 
 PyObject* PY_XPLMEnableMenuItem(PyObject* self, PyObject* args) {
-    PyObject* idObject = nullptr;
-    int index = 0, enabled = 0;
-    void* menu = nullptr;
-    if (!PyArg_ParseTuple(args, "Oii", &idObject, &index, &enabled) || !CV_PointerWord(idObject, &menu))
-        return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMEnableMenuItem", IntResult(0), XPLMEnableMenuItem(menu, index, enabled));
-    return IntResult(1);
+    return SetItemState<XPLMEnableMenuItem>(args, "XPLMEnableMenuItem");
 }
 
 PyMethodDef XPLMMenusMethods[] = {

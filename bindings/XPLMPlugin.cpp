@@ -5,16 +5,13 @@
 #include "XPLMPlugin.h"
 
 #include <climits>
-#include <cstring>
 #include <iterator>
-#include <string>
 
 #include "BindingModules.h"
 #include "BindingSupport.h"
 #include "CV_ScriptTable.h"
 #include "CallbackDispatch.h"
 #include "CallbackRegistry.h"
-#include "LogFiles.h"
 #include "NativePaths.h"
 #include "Paths.h"
 #include "SdkDetect.h"
@@ -24,7 +21,6 @@ int CV_NativePathsFeatureId = -1;
 namespace {
 
 const char* const kModule = "XPLMPlugin";
-const char* const kNotSupported = "Not supported in SDK 1.02";
 const char* const kNativePaths = "XPLM_USE_NATIVE_PATHS";
 // The size of each text buffer handed to XPLMGetPluginInfo.
 const size_t kInfoBufferSize = 1024;
@@ -46,14 +42,6 @@ const CV_IntConstant XPLMPluginConstants[] = {
 // of the module.
 int gCV_FeatureCounter = 0;
 
-PyObject* IntResult(long value) { return PyLong_FromLong(value); }
-
-// A text from the simulator as a str; bytes that are not UTF-8 are replaced.
-PyObject* TextResult(const char* text) {
-    if (text == nullptr) text = "";
-    return PyUnicode_DecodeUTF8(text, static_cast<Py_ssize_t>(strlen(text)), "replace");
-}
-
 // The feature collector handed to the simulator when the module is created.
 void CV_FeatureEnum(const char* inFeature, void* inRef) {
     if (CVTestTable == nullptr || inFeature == nullptr) return;
@@ -66,30 +54,30 @@ void CV_FeatureEnum(const char* inFeature, void* inRef) {
 
 PyObject* PY_XPLMGetMyID(PyObject* self, PyObject* args) {
     XPLMPluginID id = XPLM_NO_PLUGIN_ID;
-    CV_SDK_GUARD(kModule, "XPLMGetMyID", IntResult(0), id = XPLMGetMyID());
-    return IntResult(id);
+    CV_SDK_GUARD(kModule, "XPLMGetMyID", CV_IntResult(0), id = XPLMGetMyID());
+    return CV_IntResult(id);
 }
 
 PyObject* PY_XPLMCountPlugins(PyObject* self, PyObject* args) {
     int count = 0;
-    CV_SDK_GUARD(kModule, "XPLMCountPlugins", IntResult(0), count = XPLMCountPlugins());
-    return IntResult(count);
+    CV_SDK_GUARD(kModule, "XPLMCountPlugins", CV_IntResult(0), count = XPLMCountPlugins());
+    return CV_IntResult(count);
 }
 
 PyObject* PY_XPLMGetNthPlugin(PyObject* self, PyObject* args) {
     int index = 0;
     if (!PyArg_ParseTuple(args, "i", &index)) return nullptr;
     XPLMPluginID id = XPLM_NO_PLUGIN_ID;
-    CV_SDK_GUARD(kModule, "XPLMGetNthPlugin", IntResult(0), id = XPLMGetNthPlugin(index));
-    return IntResult(id);
+    CV_SDK_GUARD(kModule, "XPLMGetNthPlugin", CV_IntResult(0), id = XPLMGetNthPlugin(index));
+    return CV_IntResult(id);
 }
 
 PyObject* PY_XPLMFindPluginByPath(PyObject* self, PyObject* args) {
     const char* path = nullptr;
     if (!PyArg_ParseTuple(args, "s", &path)) return nullptr;
     XPLMPluginID id = XPLM_NO_PLUGIN_ID;
-    CV_SDK_GUARD(kModule, "XPLMFindPluginByPath", IntResult(0), id = XPLMFindPluginByPath(path));
-    return IntResult(id);
+    CV_SDK_GUARD(kModule, "XPLMFindPluginByPath", CV_IntResult(0), id = XPLMFindPluginByPath(path));
+    return CV_IntResult(id);
 }
 
 PyObject* PY_XPLMFindPluginByPath_NP(PyObject* self, PyObject* args) {
@@ -97,22 +85,17 @@ PyObject* PY_XPLMFindPluginByPath_NP(PyObject* self, PyObject* args) {
     const char* path = nullptr;
     if (!PyArg_ParseTuple(args, "Os", &scriptId, &path)) return nullptr;
     XPLMPluginID id = XPLM_NO_PLUGIN_ID;
-    try {
-        CV_NativePathsCall nativePaths(scriptId);
-        id = XPLMFindPluginByPath(path);
-    } catch (...) {
-        PrintException(kModule, "XPLMFindPluginByPath", "Parameter Error");
-        return IntResult(0);
-    }
-    return IntResult(id);
+    CV_SDK_GUARD(kModule, "XPLMFindPluginByPath", CV_IntResult(0), CV_NativePathsCall nativePaths(scriptId);
+                 id = XPLMFindPluginByPath(path));
+    return CV_IntResult(id);
 }
 
 PyObject* PY_XPLMFindPluginBySignature(PyObject* self, PyObject* args) {
     const char* signature = nullptr;
     if (!PyArg_ParseTuple(args, "s", &signature)) return nullptr;
     XPLMPluginID id = XPLM_NO_PLUGIN_ID;
-    CV_SDK_GUARD(kModule, "XPLMFindPluginBySignature", IntResult(0), id = XPLMFindPluginBySignature(signature));
-    return IntResult(id);
+    CV_SDK_GUARD(kModule, "XPLMFindPluginBySignature", CV_IntResult(0), id = XPLMFindPluginBySignature(signature));
+    return CV_IntResult(id);
 }
 
 // XPLMGetPluginInfo and its native-path variant: `scriptId` is null for the plain function.
@@ -122,23 +105,12 @@ PyObject* GetPluginInfo(PyObject* scriptId, int plugin, PyObject* outs[4]) {
     char texts[4][kInfoBufferSize] = {};
     char* buffers[4];
     for (int i = 0; i < 4; ++i) buffers[i] = outs[i] == Py_None ? nullptr : texts[i];
-    try {
-        if (scriptId != nullptr) {
-            CV_NativePathsCall nativePaths(scriptId);
-            XPLMGetPluginInfo(plugin, buffers[0], buffers[1], buffers[2], buffers[3]);
-        } else {
-            XPLMGetPluginInfo(plugin, buffers[0], buffers[1], buffers[2], buffers[3]);
-        }
-    } catch (...) {
-        PrintException(kModule, "XPLMGetPluginInfo", "Parameter Error");
-        return IntResult(0);
-    }
-    for (int i = 0; i < 4; ++i) {
-        if (buffers[i] == nullptr) continue;
-        texts[i][kInfoBufferSize - 1] = '\0';
-        if (!CV_StoreOutput(outs[i], TextResult(texts[i]))) return nullptr;
-    }
-    return IntResult(1);
+    CV_SDK_GUARD(kModule, "XPLMGetPluginInfo", CV_IntResult(0), CV_NativePathsCall nativePaths(scriptId);
+                 XPLMGetPluginInfo(plugin, buffers[0], buffers[1], buffers[2], buffers[3]));
+    for (int i = 0; i < 4; ++i)
+        if (buffers[i] != nullptr && !CV_StoreOutput(outs[i], CV_BufferText(texts[i], kInfoBufferSize - 1)))
+            return nullptr;
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMGetPluginInfo(PyObject* self, PyObject* args) {
@@ -161,33 +133,29 @@ PyObject* PY_XPLMIsPluginEnabled(PyObject* self, PyObject* args) {
     int plugin = 0;
     if (!PyArg_ParseTuple(args, "i", &plugin)) return nullptr;
     int enabled = 0;
-    CV_SDK_GUARD(kModule, "XPLMIsPluginEnabled", IntResult(0), enabled = XPLMIsPluginEnabled(plugin));
-    return IntResult(enabled);
+    CV_SDK_GUARD(kModule, "XPLMIsPluginEnabled", CV_IntResult(0), enabled = XPLMIsPluginEnabled(plugin));
+    return CV_IntResult(enabled);
 }
 
 PyObject* PY_XPLMEnablePlugin(PyObject* self, PyObject* args) {
     int plugin = 0;
     if (!PyArg_ParseTuple(args, "i", &plugin)) return nullptr;
     int result = 0;
-    CV_SDK_GUARD(kModule, "XPLMEnablePlugin", IntResult(0), result = XPLMEnablePlugin(plugin));
-    return IntResult(result);
+    CV_SDK_GUARD(kModule, "XPLMEnablePlugin", CV_IntResult(0), result = XPLMEnablePlugin(plugin));
+    return CV_IntResult(result);
 }
 
 PyObject* PY_XPLMDisablePlugin(PyObject* self, PyObject* args) {
     int plugin = 0;
     if (!PyArg_ParseTuple(args, "i", &plugin)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMDisablePlugin", IntResult(0), XPLMDisablePlugin(plugin));
-    return IntResult(1);
+    CV_SDK_GUARD(kModule, "XPLMDisablePlugin", CV_IntResult(0), XPLMDisablePlugin(plugin));
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMReloadPlugins(PyObject* self, PyObject* args) {
-    try {
-        XPLMReloadPlugins();
-    } catch (...) {
-        PrintException(kModule, "XPLMReloadPlugins", "Function Error");
-        return IntResult(0);
-    }
-    return IntResult(1);
+    if (!CV_Guarded(kModule, "XPLMReloadPlugins", [] { XPLMReloadPlugins(); }, CV_FUNCTION_ERROR))
+        return CV_IntResult(0);
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMSendMessageToPlugin(PyObject* self, PyObject* args) {
@@ -219,83 +187,64 @@ PyObject* PY_XPLMSendMessageToPlugin(PyObject* self, PyObject* args) {
     if (!usable) {
         PyErr_Clear();
         PrintException(kModule, "XPLMSendMessageToPlugin", "Parameter Error");
-        return IntResult(0);
+        return CV_IntResult(0);
     }
-    CV_SDK_GUARD(kModule, "XPLMSendMessageToPlugin", IntResult(0),
+    CV_SDK_GUARD(kModule, "XPLMSendMessageToPlugin", CV_IntResult(0),
                  XPLMSendMessageToPlugin(plugin, static_cast<int>(message), param));
-    return IntResult(1);
+    return CV_IntResult(1);
 }
 
 // ---------------------------------------------------------------- features
 
 PyObject* PY_XPLMHasFeature(PyObject* self, PyObject* args) {
-    if (XPLMHasFeature_ptr == nullptr) {
-        PrintException(kModule, "XPLMHasFeature", kNotSupported);
-        return IntResult(0);
-    }
+    CV_REQUIRE_SDK(kModule, Sdk200, XPLMHasFeature);
     const char* feature = nullptr;
     if (!PyArg_ParseTuple(args, "s", &feature)) return nullptr;
     int result = 0;
-    CV_SDK_GUARD(kModule, "XPLMHasFeature", IntResult(0), result = XPLMHasFeature_ptr(feature));
-    return IntResult(result);
+    CV_SDK_GUARD(kModule, "XPLMHasFeature", CV_IntResult(0), result = XPLMHasFeature_ptr(feature));
+    return CV_IntResult(result);
 }
 
 PyObject* PY_XPLMIsFeatureEnabled(PyObject* self, PyObject* args) {
-    if (XPLMIsFeatureEnabled_ptr == nullptr) {
-        PrintException(kModule, "XPLMIsFeatureEnabled", kNotSupported);
-        return IntResult(0);
-    }
+    CV_REQUIRE_SDK(kModule, Sdk200, XPLMIsFeatureEnabled);
     const char* feature = nullptr;
     if (!PyArg_ParseTuple(args, "s", &feature)) return nullptr;
     // The simulator's own state: the `_NP` functions leave native paths off between their calls.
     int result = 0;
-    CV_SDK_GUARD(kModule, "XPLMIsFeatureEnabled", IntResult(0), result = XPLMIsFeatureEnabled_ptr(feature));
-    return IntResult(result);
+    CV_SDK_GUARD(kModule, "XPLMIsFeatureEnabled", CV_IntResult(0), result = XPLMIsFeatureEnabled_ptr(feature));
+    return CV_IntResult(result);
 }
 
-// The separator line around the usage help of a changed call: 115 dashes.
-void WriteSeparator() { CV_WriteToLog((std::string(115, '-') + "\n").c_str()); }
-
 PyObject* PY_XPLMEnableFeature(PyObject* self, PyObject* args) {
-    if (XPLMEnableFeature_ptr == nullptr) {
-        PrintException(kModule, "XPLMEnableFeature", kNotSupported);
-        return IntResult(0);
-    }
+    CV_REQUIRE_SDK(kModule, Sdk200, XPLMEnableFeature);
     PyObject* scriptId = nullptr;
     const char* feature = nullptr;
     int enable = 0;
     if (!PyArg_ParseTuple(args, "Osi", &scriptId, &feature, &enable)) {
         // Scripts written for the SDK's two-argument form land here; the parse error still reaches them.
-        WriteSeparator();
-        PrintException(kModule, "XPLMEnableFeature", "Wrong number of parameters Error");
-        WriteSeparator();
-        CV_WriteToLog(
-            "This has changed from Version 2.0.0.1 as it has to handle native paths on a per script basis.\n");
-        CV_WriteToLog("Usage Syntax :- XPLMEnableFeature(self, inFeature, inEnable)\n");
-        CV_WriteToLog("Usage Example :- XPLMEnableFeature(self, \"XPLM_WANTS_REFLECTIONS\", 1)\n");
-        CV_WriteToLog("Usage Example :- XPLMEnableFeature(self, \"XPLM_USE_NATIVE_PATHS\", 1)\n");
-        WriteSeparator();
+        static const char* const kUsage[] = {
+            "This has changed from Version 2.0.0.1 as it has to handle native paths on a per script basis.\n",
+            "Usage Syntax :- XPLMEnableFeature(self, inFeature, inEnable)\n",
+            "Usage Example :- XPLMEnableFeature(self, \"XPLM_WANTS_REFLECTIONS\", 1)\n",
+            "Usage Example :- XPLMEnableFeature(self, \"XPLM_USE_NATIVE_PATHS\", 1)\n"};
+        CV_ReportChangedCall(kModule, "XPLMEnableFeature", kUsage);
         return nullptr;
     }
     const int featureId = CVTestTable->GetFeatureIdFromFeatureName(feature);
     if (featureId < 0) {
         PrintExceptionf(kModule, "XPLMEnableFeature", "Feature [%s] not supported", feature);
-        return IntResult(0);
+        return CV_IntResult(0);
     }
     // Only the script's wish is recorded; the simulator's switch is set around each `_NP` call.
     CVTestTable->SetFeatureEnable(scriptId, featureId, enable);
-    return IntResult(1);
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMEnumerateFeatures(PyObject* self, PyObject* args) {
-    if (XPLMEnumerateFeatures_ptr == nullptr) {
-        PrintException(kModule, "XPLMEnumerateFeatures", kNotSupported);
-        return IntResult(0);
-    }
-    PyObject *scriptId = nullptr, *callable = nullptr, *refconObject = nullptr;
-    if (!PyArg_ParseTuple(args, "OOO", &scriptId, &callable, &refconObject)) return nullptr;
+    CV_REQUIRE_SDK(kModule, Sdk200, XPLMEnumerateFeatures);
+    PyObject *scriptId = nullptr, *callable = nullptr;
     void* refcon = nullptr;
-    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OOO&", &scriptId, &callable, CV_PointerArg, &refcon)) return nullptr;
 
     int found = 0, index = 0;
     CVTestTable->FindCallback(FeatureEnumeratorCallbackList, scriptId, callable, refcon, &found, &index);
@@ -304,27 +253,24 @@ PyObject* PY_XPLMEnumerateFeatures(PyObject* self, PyObject* args) {
         _CallbackList* entry =
             CVTestTable->AddCallback(&FeatureEnumeratorCallbackList, scriptId, nullptr, callable, refcon);
         // The simulator calls the script once per feature before this call returns.
-        try {
-            XPLMEnumerateFeatures_ptr(CV_FeatureEnumeratorCallback, entry);
-        } catch (...) {
+        if (!CV_Guarded(kModule, "XPLMEnumerateFeatures",
+                        [&] { XPLMEnumerateFeatures_ptr(CV_FeatureEnumeratorCallback, entry); })) {
             CVTestTable->DeleteCallback(&FeatureEnumeratorCallbackList, entry, -1);
-            PrintException(kModule, "XPLMEnumerateFeatures", "Parameter Error");
-            return IntResult(0);
+            return CV_IntResult(0);
         }
     }
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("XPLMEnumerateFeatures",
                               CV_FormatText("pScriptId = %lx, inRefcon = %ld\n", CV_Hex(scriptId), CV_Dec(refcon)),
-                              {{"FeatureEnumeratorCallbackList", FeatureEnumeratorCallbackList.size()}});
-    return IntResult(1);
+                              {FeatureEnumeratorCallbackList});
+    return CV_IntResult(1);
 }
 
 PyObject* PY_CV_RemoveEnumerateFeatures(PyObject* self, PyObject* args) {
-    PyObject *scriptId = nullptr, *callable = nullptr, *refconObject = nullptr;
-    if (!PyArg_ParseTuple(args, "OOO", &scriptId, &callable, &refconObject)) return nullptr;
+    PyObject *scriptId = nullptr, *callable = nullptr;
     void* refcon = nullptr;
-    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OOO&", &scriptId, &callable, CV_PointerArg, &refcon)) return nullptr;
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
@@ -335,9 +281,7 @@ PyObject* PY_CV_RemoveEnumerateFeatures(PyObject* self, PyObject* args) {
         if (found) {
             CVTestTable->DeleteCallback(&FeatureEnumeratorCallbackList, entry, index);
         } else {
-            PrintExceptionf(kModule, "CV_RemoveEnumerateFeatures",
-                            CV_MSG_UNKNOWN_CALLBACK_AND_REFCON,
-                            scriptName);
+            CV_ReportUnknownCallback(kModule, "CV_RemoveEnumerateFeatures", scriptName, CV_MatchedBy::Refcon);
         }
     }
 
@@ -345,8 +289,8 @@ PyObject* PY_CV_RemoveEnumerateFeatures(PyObject* self, PyObject* args) {
         CV_DebugCallbackTrace("CV_RemoveEnumerateFeatures",
                               CV_FormatText("pScriptId = %lx, Script Name = %s, inRefcon = %ld\n", CV_Hex(scriptId),
                                             scriptName, CV_Dec(refcon)),
-                              {{"FeatureEnumeratorCallbackList", FeatureEnumeratorCallbackList.size()}});
-    return IntResult(1);
+                              {FeatureEnumeratorCallbackList});
+    return CV_IntResult(1);
 }
 
 PyMethodDef XPLMPluginMethods[] = {
@@ -376,7 +320,8 @@ PyModuleDef XPLMPluginModule = {PyModuleDef_HEAD_INIT, "XPLMPlugin", nullptr, -1
 }  // namespace
 
 CV_NativePathsCall::CV_NativePathsCall(PyObject* scriptId) {
-    if (XPLMEnableFeature_ptr == nullptr || CV_NativePathsFeatureId < 0 || CVTestTable == nullptr) return;
+    if (scriptId == nullptr || XPLMEnableFeature_ptr == nullptr || CV_NativePathsFeatureId < 0 || CVTestTable == nullptr)
+        return;
     const int wish = CVTestTable->IsFeatureEnabled(scriptId, CV_NativePathsFeatureId);
     try {
         XPLMEnableFeature_ptr(kNativePaths, wish);
@@ -404,13 +349,8 @@ PyObject* initXPLMPlugin() {
     PyObject* module = CV_CreateModule(&XPLMPluginModule, XPLMPluginConstants, std::size(XPLMPluginConstants));
     // The simulator's features, listed once per creation of the module, before any script loads,
     // so that every script entry gets one switch per feature.
-    if (XPLMEnumerateFeatures_ptr != nullptr && CVTestTable != nullptr) {
-        try {
-            XPLMEnumerateFeatures_ptr(CV_FeatureEnum, nullptr);
-        } catch (...) {
-            PrintException(kModule, "XPLMEnumerateFeatures", "Parameter Error");
-        }
-    }
+    if (XPLMEnumerateFeatures_ptr != nullptr && CVTestTable != nullptr)
+        CV_Guarded(kModule, "XPLMEnumerateFeatures", [] { XPLMEnumerateFeatures_ptr(CV_FeatureEnum, nullptr); });
     CV_NativePathsFeatureId = CVTestTable ? CVTestTable->GetFeatureIdFromFeatureName(kNativePaths) : -1;
     return module;
 }

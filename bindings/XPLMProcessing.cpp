@@ -8,23 +8,12 @@
 #include "CV_ScriptTable.h"
 #include "CallbackDispatch.h"
 #include "CallbackRegistry.h"
-#include "LogFiles.h"
 #include "Paths.h"
 #include "SdkDetect.h"
 
 namespace {
 
 const char* const kModule = "XPLMProcessing";
-const char* const kNotSupported = "Not supported in SDK 1.02 or SDK 2.00";
-
-PyObject* IntResult(long value) { return PyLong_FromLong(value); }
-
-// A script's refcon as the integer word it is recorded as. False with the Python error set when
-// the object is not an integer.
-bool RefconWord(PyObject* object, void** refcon) {
-    *refcon = PyLong_AsVoidPtr(object);
-    return !(*refcon == nullptr && PyErr_Occurred());
-}
 
 // The classic registration of (script, callable, refcon). Flight loop objects share the list and
 // may share these keys, but they carry their flight loop id as handle and must only go through
@@ -54,66 +43,55 @@ PyObject* PY_XPLMGetElapsedTime(PyObject* self, PyObject* args) {
 
 PyObject* PY_XPLMGetCycleNumber(PyObject* self, PyObject* args) {
     int cycle = 0;
-    CV_SDK_GUARD(kModule, "XPLMGetCycleNumber", IntResult(0), cycle = XPLMGetCycleNumber());
-    return PyLong_FromLong(cycle);
+    CV_SDK_GUARD(kModule, "XPLMGetCycleNumber", CV_IntResult(0), cycle = XPLMGetCycleNumber());
+    return CV_IntResult(cycle);
 }
 
 PyObject* PY_XPLMRegisterFlightLoopCallback(PyObject* self, PyObject* args) {
-    PyObject *scriptId = nullptr, *callable = nullptr, *refconObject = nullptr;
+    PyObject *scriptId = nullptr, *callable = nullptr;
     float interval = 0.0f;
-    if (!PyArg_ParseTuple(args, "OOfO", &scriptId, &callable, &interval, &refconObject)) return nullptr;
     void* refcon = nullptr;
-    if (!RefconWord(refconObject, &refcon)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OOfO&", &scriptId, &callable, &interval, CV_PointerArg, &refcon)) return nullptr;
 
     _CallbackList* entry = CVTestTable->AddCallback(&FlightLoopCallbackList, scriptId, nullptr, callable, refcon);
-    try {
-        XPLMRegisterFlightLoopCallback(CV_FlightLoopCallback, interval, entry);
-    } catch (...) {
-        CVTestTable->DeleteCallback(&FlightLoopCallbackList, entry, static_cast<int>(FlightLoopCallbackList.size()) - 1);
-        PrintException(kModule, "XPLMRegisterFlightLoopCallback", "Parameter Error");
-        return IntResult(0);
+    // The simulator did not take a record whose registration threw: it must not stay behind.
+    if (!CV_Guarded(kModule, "XPLMRegisterFlightLoopCallback",
+                    [&] { XPLMRegisterFlightLoopCallback(CV_FlightLoopCallback, interval, entry); })) {
+        CVTestTable->DeleteCallback(&FlightLoopCallbackList, entry, -1);
+        return CV_IntResult(0);
     }
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("XPLMRegisterFlightLoopCallback",
                               CV_FormatText("pScriptId = %lx, Interval = %f, inRefcon = %ld\n", CV_Hex(scriptId),
                                             static_cast<double>(interval), CV_Dec(refcon)),
-                              {{"FlightLoopCallbackList", FlightLoopCallbackList.size()}});
-    return IntResult(1);
+                              {FlightLoopCallbackList});
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMUnregisterFlightLoopCallback(PyObject* self, PyObject* args) {
-    PyObject *scriptId = nullptr, *callable = nullptr, *refconObject = nullptr;
-    if (!PyArg_ParseTuple(args, "OOO", &scriptId, &callable, &refconObject)) return nullptr;
+    PyObject *scriptId = nullptr, *callable = nullptr;
     void* refcon = nullptr;
-    if (!RefconWord(refconObject, &refcon)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OOO&", &scriptId, &callable, CV_PointerArg, &refcon)) return nullptr;
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
     int found = 0, index = 0;
     _CallbackList* entry = FindClassicFlightLoop(scriptId, callable, refcon, &found, &index);
     if (found) {
-        CV_SDK_GUARD(kModule, "XPLMUnregisterFlightLoopCallback", IntResult(0),
+        CV_SDK_GUARD(kModule, "XPLMUnregisterFlightLoopCallback", CV_IntResult(0),
                      XPLMUnregisterFlightLoopCallback(CV_FlightLoopCallback, entry));
         CVTestTable->DeleteCallback(&FlightLoopCallbackList, entry, index);
     } else {
-        PrintExceptionf(kModule, "XPLMUnregisterFlightLoopCallback",
-                        CV_MSG_UNKNOWN_CALLBACK_AND_REFCON,
-                        scriptName);
+        CV_ReportUnknownCallback(kModule, "XPLMUnregisterFlightLoopCallback", scriptName, CV_MatchedBy::Refcon);
     }
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("XPLMUnregisterFlightLoopCallback",
                               CV_FormatText("pScriptId = %lx, Script Name = %s, inRefcon = %ld\n", CV_Hex(scriptId),
                                             scriptName, CV_Dec(refcon)),
-                              {{"FlightLoopCallbackList", FlightLoopCallbackList.size()}});
-    return IntResult(1);
-}
-
-// The separator line around the usage help of a changed call: 115 dashes.
-void WriteSeparator() {
-    CV_WriteToLog("-------------------------------------------------------------------------------------------------"
-                  "------------------\n");
+                              {FlightLoopCallbackList});
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMSetFlightLoopCallbackInterval(PyObject* self, PyObject* args) {
@@ -122,23 +100,21 @@ PyObject* PY_XPLMSetFlightLoopCallbackInterval(PyObject* self, PyObject* args) {
     int relativeToNow = 0;
     if (!PyArg_ParseTuple(args, "OOfiO", &scriptId, &callable, &interval, &relativeToNow, &refconObject)) {
         // Scripts written for the old four-argument form land here; the parse error still reaches them.
-        WriteSeparator();
-        PrintException(kModule, "XPLMSetFlightLoopCallbackInterval", "Wrong number of parameters Error");
-        WriteSeparator();
-        CV_WriteToLog("This changed from Version 2.66.01 onwards as the original syntax was incorrect.\n");
-        CV_WriteToLog("Usage Syntax :- XPLMSetFlightLoopCallbackInterval(self, FlightLoopCallbackPointer, Interval, "
-                      "RelativeToNow, RefCon)\n");
-        CV_WriteToLog("Usage Example :- XPLMSetFlightLoopCallbackInterval(self, self.ExampleFlightLoopCB, 3.0, 1, 0)\n");
-        WriteSeparator();
+        static const char* const kUsage[] = {
+            "This changed from Version 2.66.01 onwards as the original syntax was incorrect.\n",
+            "Usage Syntax :- XPLMSetFlightLoopCallbackInterval(self, FlightLoopCallbackPointer, Interval, "
+            "RelativeToNow, RefCon)\n",
+            "Usage Example :- XPLMSetFlightLoopCallbackInterval(self, self.ExampleFlightLoopCB, 3.0, 1, 0)\n"};
+        CV_ReportChangedCall(kModule, "XPLMSetFlightLoopCallbackInterval", kUsage);
         return nullptr;
     }
     void* refcon = nullptr;
-    if (!RefconWord(refconObject, &refcon)) return nullptr;
+    if (!CV_PointerWord(refconObject, &refcon)) return nullptr;
 
     int found = 0, index = 0;
     _CallbackList* entry = FindClassicFlightLoop(scriptId, callable, refcon, &found, &index);
     if (found) {
-        CV_SDK_GUARD(kModule, "XPLMSetFlightLoopCallbackInterval", IntResult(0),
+        CV_SDK_GUARD(kModule, "XPLMSetFlightLoopCallbackInterval", CV_IntResult(0),
                      XPLMSetFlightLoopCallbackInterval(CV_FlightLoopCallback, interval, relativeToNow, entry));
     } else {
         char scriptName[256];
@@ -148,36 +124,24 @@ PyObject* PY_XPLMSetFlightLoopCallbackInterval(PyObject* self, PyObject* args) {
                         "matches the one that was used in registering.",
                         scriptName);
     }
-    return IntResult(1);
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMCreateFlightLoop(PyObject* self, PyObject* args) {
-    if (XPLMCreateFlightLoop_ptr == nullptr) {
-        PrintException(kModule, "XPLMCreateFlightLoop", kNotSupported);
-        return IntResult(0);
-    }
+    CV_REQUIRE_SDK(kModule, Sdk210, XPLMCreateFlightLoop);
     PyObject *scriptId = nullptr, *parameters = nullptr;
     if (!PyArg_ParseTuple(args, "OO", &scriptId, &parameters)) return nullptr;
 
     // The parameter sequence: [phase, callable, refcon].
-    PyObject* items[3] = {nullptr, nullptr, nullptr};
+    CV_PyRef items[3];
     for (int i = 0; i < 3; ++i) {
-        items[i] = PySequence_GetItem(parameters, i);
-        if (items[i] == nullptr) {
-            for (int j = 0; j < i; ++j) Py_DECREF(items[j]);
-            return nullptr;
-        }
+        items[i].reset(PySequence_GetItem(parameters, i));
+        if (!items[i]) return nullptr;
     }
-    const long phase = PyLong_AsLong(items[0]);
-    PyObject* callable = items[1];
+    const long phase = PyLong_AsLong(items[0].get());
+    PyObject* callable = items[1].get();
     void* refcon = nullptr;
-    const bool converted = !(phase == -1 && PyErr_Occurred()) && RefconWord(items[2], &refcon);
-    Py_DECREF(items[0]);
-    Py_DECREF(items[2]);
-    if (!converted) {
-        Py_DECREF(callable);
-        return nullptr;
-    }
+    if ((phase == -1 && PyErr_Occurred()) || !CV_PointerWord(items[2].get(), &refcon)) return nullptr;
 
     // Only a bound method gets a record; any other callable makes a flight loop without one, which
     // the trampoline never schedules again.
@@ -192,13 +156,9 @@ PyObject* PY_XPLMCreateFlightLoop(PyObject* self, PyObject* args) {
     params.refcon = entry;
 
     XPLMFlightLoopID flightLoopId = nullptr;
-    try {
-        flightLoopId = XPLMCreateFlightLoop_ptr(&params);
-    } catch (...) {
+    if (!CV_Guarded(kModule, "XPLMCreateFlightLoop", [&] { flightLoopId = XPLMCreateFlightLoop_ptr(&params); })) {
         if (entry) CVTestTable->DeleteCallback(&FlightLoopCallbackList, entry, -1);
-        Py_DECREF(callable);
-        PrintException(kModule, "XPLMCreateFlightLoop", "Parameter Error");
-        return IntResult(0);
+        return CV_IntResult(0);
     }
     // The id goes into this registration's own record; a search by script and callable could find
     // another registration of the same method.
@@ -208,20 +168,15 @@ PyObject* PY_XPLMCreateFlightLoop(PyObject* self, PyObject* args) {
         CV_DebugCallbackTrace("XPLMCreateFlightLoop",
                               CV_FormatText("pScriptId = %lx, phase = %ld, Refcon = %ld, FlightLoopID = %lx\n",
                                             CV_Hex(scriptId), phase, CV_Dec(refcon), CV_Hex(flightLoopId)),
-                              {{"FlightLoopCallbackList", FlightLoopCallbackList.size()}});
-    Py_DECREF(callable);
-    return PyLong_FromVoidPtr(flightLoopId);
+                              {FlightLoopCallbackList});
+    return CV_HandleResult(flightLoopId);
 }
 
 PyObject* PY_XPLMDestroyFlightLoop(PyObject* self, PyObject* args) {
-    if (XPLMDestroyFlightLoop_ptr == nullptr) {
-        PrintException(kModule, "XPLMDestroyFlightLoop", kNotSupported);
-        return IntResult(0);
-    }
-    PyObject *scriptId = nullptr, *idObject = nullptr;
-    if (!PyArg_ParseTuple(args, "OO", &scriptId, &idObject)) return nullptr;
-    void* flightLoopId = PyLong_AsVoidPtr(idObject);
-    if (flightLoopId == nullptr && PyErr_Occurred()) return nullptr;
+    CV_REQUIRE_SDK(kModule, Sdk210, XPLMDestroyFlightLoop);
+    PyObject* scriptId = nullptr;
+    XPLMFlightLoopID flightLoopId = nullptr;
+    if (!PyArg_ParseTuple(args, "OO&", &scriptId, CV_PointerArg, &flightLoopId)) return nullptr;
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
@@ -231,35 +186,31 @@ PyObject* PY_XPLMDestroyFlightLoop(PyObject* self, PyObject* args) {
                                ? nullptr
                                : CVTestTable->FindCallback(FlightLoopCallbackList, scriptId, flightLoopId, &found, &index);
     if (entry != nullptr) {
-        CV_SDK_GUARD(kModule, "XPLMDestroyFlightLoop", IntResult(0), XPLMDestroyFlightLoop_ptr(flightLoopId));
+        CV_SDK_GUARD(kModule, "XPLMDestroyFlightLoop", CV_IntResult(0), XPLMDestroyFlightLoop_ptr(flightLoopId));
         CVTestTable->DeleteCallback(&FlightLoopCallbackList, entry, index);
     } else {
-        PrintExceptionf(kModule, "XPLMDestroyFlightLoop", CV_MSG_UNKNOWN_CALLBACK,
-                        scriptName);
+        CV_ReportUnknownCallback(kModule, "XPLMDestroyFlightLoop", scriptName, CV_MatchedBy::Handle);
     }
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("XPLMDestroyFlightLoop",
                               CV_FormatText("pScriptId = %lx, Script Name = %s, inFlightLoopID = %lx\n", CV_Hex(scriptId),
                                             scriptName, CV_Hex(flightLoopId)),
-                              {{"FlightLoopCallbackList", FlightLoopCallbackList.size()}});
-    return IntResult(1);
+                              {FlightLoopCallbackList});
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMScheduleFlightLoop(PyObject* self, PyObject* args) {
-    if (XPLMScheduleFlightLoop_ptr == nullptr) {
-        PrintException(kModule, "XPLMScheduleFlightLoop", kNotSupported);
-        return IntResult(0);
-    }
-    PyObject *scriptId = nullptr, *idObject = nullptr;
+    CV_REQUIRE_SDK(kModule, Sdk210, XPLMScheduleFlightLoop);
+    PyObject* scriptId = nullptr;
+    XPLMFlightLoopID flightLoopId = nullptr;
     float interval = 0.0f;
     int relativeToNow = 0;
-    if (!PyArg_ParseTuple(args, "OOfi", &scriptId, &idObject, &interval, &relativeToNow)) return nullptr;
-    void* flightLoopId = PyLong_AsVoidPtr(idObject);
-    if (flightLoopId == nullptr && PyErr_Occurred()) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMScheduleFlightLoop", IntResult(0),
+    if (!PyArg_ParseTuple(args, "OO&fi", &scriptId, CV_PointerArg, &flightLoopId, &interval, &relativeToNow))
+        return nullptr;
+    CV_SDK_GUARD(kModule, "XPLMScheduleFlightLoop", CV_IntResult(0),
                  XPLMScheduleFlightLoop_ptr(flightLoopId, interval, relativeToNow));
-    return IntResult(1);
+    return CV_IntResult(1);
 }
 
 PyMethodDef XPLMProcessingMethods[] = {

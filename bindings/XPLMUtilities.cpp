@@ -25,7 +25,6 @@
 namespace {
 
 const char* const kModule = "XPLMUtilities";
-const char* const kNotSupported = "Not supported in SDK 1.02";
 // The size of the buffers handed to XPLMGetSystemPath and XPLMGetPrefsPath.
 const size_t kPathBufferSize = 1024;
 // Limits on what a script may ask XPLMGetDirectoryContents to allocate.
@@ -252,54 +251,37 @@ const CV_IntConstant XPLMUtilitiesConstants[] = {
     {"xplm_CommandEnd", 2},
 };
 
-PyObject* IntResult(long value) { return PyLong_FromLong(value); }
-
-// A text from the simulator as a str; bytes that are not UTF-8 are replaced.
-PyObject* TextResult(const char* text, size_t length) {
-    return PyUnicode_DecodeUTF8(text, static_cast<Py_ssize_t>(length), "replace");
-}
-PyObject* TextResult(const char* text) { return text ? TextResult(text, strlen(text)) : TextResult("", 0); }
-PyObject* TextResult(const std::string& text) { return TextResult(text.data(), text.size()); }
-
-PyObject* EmptyText() { return TextResult("", 0); }
+PyObject* EmptyText() { return CV_TextResult("", 0); }
 PyObject* TwoEmptyTexts() { return Py_BuildValue("(ss)", "", ""); }
-
-// The functions of SDK 2.00 are reached through the pointers found at start; where the simulator
-// lacks one, the binding says so before it even looks at its arguments.
-#define CV_REQUIRE_SDK200(function)                          \
-    if (function##_ptr == nullptr) {                         \
-        PrintException(kModule, #function, kNotSupported);   \
-        return IntResult(0);                                 \
-    }
 
 // ---------------------------------------------------------------- speech, keys and buttons
 
 PyObject* PY_XPLMSpeakString(PyObject* self, PyObject* args) {
     const char* text = nullptr;
     if (!PyArg_ParseTuple(args, "s", &text)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMSpeakString", IntResult(0), XPLMSpeakString(text));
-    return IntResult(1);
+    CV_SDK_GUARD(kModule, "XPLMSpeakString", CV_IntResult(0), XPLMSpeakString(text));
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMCommandKeyStroke(PyObject* self, PyObject* args) {
     int key = 0;
     if (!PyArg_ParseTuple(args, "i", &key)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMCommandKeyStroke", IntResult(0), XPLMCommandKeyStroke(key));
-    return IntResult(1);
+    CV_SDK_GUARD(kModule, "XPLMCommandKeyStroke", CV_IntResult(0), XPLMCommandKeyStroke(key));
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMCommandButtonPress(PyObject* self, PyObject* args) {
     int button = 0;
     if (!PyArg_ParseTuple(args, "i", &button)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMCommandButtonPress", IntResult(0), XPLMCommandButtonPress(button));
-    return IntResult(1);
+    CV_SDK_GUARD(kModule, "XPLMCommandButtonPress", CV_IntResult(0), XPLMCommandButtonPress(button));
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMCommandButtonRelease(PyObject* self, PyObject* args) {
     int button = 0;
     if (!PyArg_ParseTuple(args, "i", &button)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMCommandButtonRelease", IntResult(0), XPLMCommandButtonRelease(button));
-    return IntResult(1);
+    CV_SDK_GUARD(kModule, "XPLMCommandButtonRelease", CV_IntResult(0), XPLMCommandButtonRelease(button));
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMGetVirtualKeyDescription(PyObject* self, PyObject* args) {
@@ -308,17 +290,13 @@ PyObject* PY_XPLMGetVirtualKeyDescription(PyObject* self, PyObject* args) {
     const char* description = nullptr;
     CV_SDK_GUARD(kModule, "XPLMGetVirtualKeyDescription", EmptyText(),
                  description = XPLMGetVirtualKeyDescription(static_cast<char>(virtualKey)));
-    return TextResult(description);
+    return CV_TextResult(description);
 }
 
 PyObject* PY_XPLMReloadScenery(PyObject* self, PyObject* args) {
-    try {
-        XPLMReloadScenery();
-    } catch (...) {
-        PrintException(kModule, "XPLMReloadScenery", "Function Error");
-        return IntResult(0);
-    }
-    return IntResult(1);
+    if (!CV_Guarded(kModule, "XPLMReloadScenery", [] { XPLMReloadScenery(); }, CV_FUNCTION_ERROR))
+        return CV_IntResult(0);
+    return CV_IntResult(1);
 }
 
 // ---------------------------------------------------------------- paths
@@ -338,21 +316,11 @@ typedef void (*PathGetter)(char*);
 PyObject* GetPath(const char* function, PathGetter getter, PyObject* scriptId) {
     char buffer[kPathBufferSize] = {};
     char separator = '/';
-    try {
-        if (scriptId != nullptr) {
-            CV_NativePathsCall nativePaths(scriptId);
-            getter(buffer);
-        } else {
-            getter(buffer);
-            separator = CV_Separator();
-        }
-    } catch (...) {
-        PrintException(kModule, function, "Parameter Error");
-        return EmptyText();
-    }
+    CV_SDK_GUARD(kModule, function, EmptyText(), CV_NativePathsCall nativePaths(scriptId); getter(buffer);
+                 if (scriptId == nullptr) separator = CV_Separator());
     buffer[kPathBufferSize - 1] = '\0';
-    if (scriptId != nullptr) return TextResult(buffer);
-    return TextResult(PosixForm(buffer, separator));
+    if (scriptId != nullptr) return CV_TextResult(buffer);
+    return CV_TextResult(PosixForm(buffer, separator));
 }
 
 PyObject* PY_XPLMGetSystemPath(PyObject* self, PyObject* args) {
@@ -378,21 +346,16 @@ PyObject* PY_XPLMGetPrefsPath_NP(PyObject* self, PyObject* args) {
 PyObject* PY_XPLMGetDirectorySeparator(PyObject* self, PyObject* args) {
     const char* separator = nullptr;
     CV_SDK_GUARD(kModule, "XPLMGetDirectorySeparator", EmptyText(), separator = XPLMGetDirectorySeparator());
-    return TextResult(separator);
+    return CV_TextResult(separator);
 }
 
 PyObject* PY_XPLMGetDirectorySeparator_NP(PyObject* self, PyObject* args) {
     PyObject* scriptId = nullptr;
     if (!PyArg_ParseTuple(args, "O", &scriptId)) return nullptr;
     const char* separator = nullptr;
-    try {
-        CV_NativePathsCall nativePaths(scriptId);
-        separator = XPLMGetDirectorySeparator();
-    } catch (...) {
-        PrintException(kModule, "XPLMGetDirectorySeparator", "Parameter Error");
-        return EmptyText();
-    }
-    return TextResult(separator);
+    CV_SDK_GUARD(kModule, "XPLMGetDirectorySeparator", EmptyText(), CV_NativePathsCall nativePaths(scriptId);
+                 separator = XPLMGetDirectorySeparator());
+    return CV_TextResult(separator);
 }
 
 // XPLMExtractFileAndPath and its native-path variant (scriptId not null). The SDK splits a copy of
@@ -402,24 +365,12 @@ PyObject* ExtractFileAndPath(const char* fullPath, PyObject* scriptId) {
     std::string path = fullPath;
     std::vector<char> buffer;
     const char* file = nullptr;
-    try {
-        if (scriptId != nullptr) {
-            buffer.assign(path.begin(), path.end());
-            buffer.push_back('\0');
-            CV_NativePathsCall nativePaths(scriptId);
-            file = XPLMExtractFileAndPath(buffer.data());
-        } else {
-            path = CV_PathToSimForm(path, CV_Separator());
-            buffer.assign(path.begin(), path.end());
-            buffer.push_back('\0');
-            file = XPLMExtractFileAndPath(buffer.data());
-        }
-    } catch (...) {
-        PrintException(kModule, "XPLMExtractFileAndPath", "Parameter Error");
-        return TwoEmptyTexts();
-    }
+    CV_SDK_GUARD(kModule, "XPLMExtractFileAndPath", TwoEmptyTexts(),
+                 if (scriptId == nullptr) path = CV_PathToSimForm(path, CV_Separator());
+                 buffer.assign(path.begin(), path.end()); buffer.push_back('\0');
+                 CV_NativePathsCall nativePaths(scriptId); file = XPLMExtractFileAndPath(buffer.data()));
     buffer.back() = '\0';
-    return Py_BuildValue("(NN)", TextResult(file), TextResult(buffer.data()));
+    return Py_BuildValue("(NN)", CV_TextResult(file), CV_TextResult(buffer.data()));
 }
 
 PyObject* PY_XPLMExtractFileAndPath(PyObject* self, PyObject* args) {
@@ -476,33 +427,23 @@ PyObject* GetDirectoryContents(PyObject* args, bool nativePaths) {
     int* totalPointer = outTotal == Py_None ? nullptr : &total;
     int* returnedPointer = outReturned == Py_None ? nullptr : &returned;
     int result = 0;
-    try {
-        if (nativePaths) {
-            CV_NativePathsCall nativePathsCall(scriptId);
-            result = XPLMGetDirectoryContents(folder, static_cast<int>(firstReturn), names.data(),
-                                              static_cast<int>(nameBufSize), indices.empty() ? nullptr : indices.data(),
-                                              static_cast<int>(indexCount), totalPointer, returnedPointer);
-        } else {
-            result = XPLMGetDirectoryContents(folder, static_cast<int>(firstReturn), names.data(),
-                                              static_cast<int>(nameBufSize), indices.empty() ? nullptr : indices.data(),
-                                              static_cast<int>(indexCount), totalPointer, returnedPointer);
-        }
-    } catch (...) {
-        PrintException(kModule, function, "Parameter Error");
-        return IntResult(0);
-    }
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), CV_NativePathsCall nativePathsCall(scriptId);
+                 result = XPLMGetDirectoryContents(folder, static_cast<int>(firstReturn), names.data(),
+                                                   static_cast<int>(nameBufSize),
+                                                   indices.empty() ? nullptr : indices.data(),
+                                                   static_cast<int>(indexCount), totalPointer, returnedPointer));
     names.back() = '\0';
 
     // outFileNames gets the buffer as one text, so only its first name; outIndices every name
     // returned. Without outReturnedFiles the number returned is unknown, and taken as none.
-    if (outNames != Py_None && !CV_AppendOutput(outNames, TextResult(names.data()))) return nullptr;
+    if (outNames != Py_None && !CV_AppendOutput(outNames, CV_TextResult(names.data()))) return nullptr;
     if (outIndices != Py_None) {
         for (const std::string& name :
              CV_NamesFromIndices(names.data(), names.size(), indices.data(), static_cast<int>(indices.size()),
                                  returnedPointer ? returned : 0))
-            if (!CV_AppendOutput(outIndices, TextResult(name))) return nullptr;
+            if (!CV_AppendOutput(outIndices, CV_TextResult(name))) return nullptr;
     }
-    if (!CV_StoreOutput(outTotal, IntResult(total)) || !CV_StoreOutput(outReturned, IntResult(returned))) return nullptr;
+    if (!CV_StoreOutput(outTotal, CV_IntResult(total)) || !CV_StoreOutput(outReturned, CV_IntResult(returned))) return nullptr;
     return Py_BuildValue("(i)", result);
 }
 
@@ -514,8 +455,8 @@ PyObject* PY_XPLMGetDirectoryContents_NP(PyObject* self, PyObject* args) { retur
 
 PyObject* PY_XPLMInitialized(PyObject* self, PyObject* args) {
     int initialized = 0;
-    CV_SDK_GUARD(kModule, "XPLMInitialized", IntResult(0), initialized = XPLMInitialized());
-    return IntResult(initialized);
+    CV_SDK_GUARD(kModule, "XPLMInitialized", CV_IntResult(0), initialized = XPLMInitialized());
+    return CV_IntResult(initialized);
 }
 
 PyObject* PY_XPLMGetVersions(PyObject* self, PyObject* args) {
@@ -528,15 +469,15 @@ PyObject* PY_XPLMGetVersions(PyObject* self, PyObject* args) {
 
 PyObject* PY_XPLMGetLanguage(PyObject* self, PyObject* args) {
     XPLMLanguageCode language = xplm_Language_Unknown;
-    CV_SDK_GUARD(kModule, "XPLMGetLanguage", IntResult(0), language = XPLMGetLanguage());
-    return IntResult(language);
+    CV_SDK_GUARD(kModule, "XPLMGetLanguage", CV_IntResult(0), language = XPLMGetLanguage());
+    return CV_IntResult(language);
 }
 
 PyObject* PY_XPLMDebugString(PyObject* self, PyObject* args) {
     const char* text = nullptr;
     if (!PyArg_ParseTuple(args, "s", &text)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMDebugString", IntResult(0), XPLMDebugString(text));
-    return IntResult(1);
+    CV_SDK_GUARD(kModule, "XPLMDebugString", CV_IntResult(0), XPLMDebugString(text));
+    return CV_IntResult(1);
 }
 
 // ---------------------------------------------------------------- error callbacks
@@ -555,16 +496,15 @@ PyObject* PY_XPLMSetErrorCallback(PyObject* self, PyObject* args) {
     } else if (found) {
         CVTestTable->DeleteCallback(&ErrorCallbackList, entry, index);
     } else {
-        PrintExceptionf(kModule, "XPLMSetErrorCallback",
-                        CV_MSG_UNKNOWN_CALLBACK, scriptName);
+        CV_ReportUnknownCallback(kModule, "XPLMSetErrorCallback", scriptName, CV_MatchedBy::Handle);
     }
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("XPLMSetErrorCallback",
                               CV_FormatText("pScriptId = %lx, Script Name = %s, TempCallback = %lx\n", CV_Hex(scriptId),
                                             scriptName, CV_Hex(callback)),
-                              {{"ErrorCallbackList", ErrorCallbackList.size()}});
-    return IntResult(1);
+                              {ErrorCallbackList});
+    return CV_IntResult(1);
 }
 
 PyObject* PY_CV_RemoveErrorCallback(PyObject* self, PyObject* args) {
@@ -579,93 +519,89 @@ PyObject* PY_CV_RemoveErrorCallback(PyObject* self, PyObject* args) {
         if (found) {
             CVTestTable->DeleteCallback(&ErrorCallbackList, entry, index);
         } else {
-            PrintExceptionf(kModule, "CV_RemoveErrorCallback",
-                            CV_MSG_UNKNOWN_CALLBACK_AND_REFCON,
-                            scriptName);
+            CV_ReportUnknownCallback(kModule, "CV_RemoveErrorCallback", scriptName, CV_MatchedBy::Refcon);
         }
     }
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("CV_RemoveErrorCallback",
                               CV_FormatText("pScriptId = %lx, Script Name = %s\n", CV_Hex(scriptId), scriptName),
-                              {{"ErrorCallbackList", ErrorCallbackList.size()}});
-    return IntResult(1);
+                              {ErrorCallbackList});
+    return CV_IntResult(1);
 }
 
 // ---------------------------------------------------------------- symbols and data files
 
 PyObject* PY_XPLMFindSymbol(PyObject* self, PyObject* args) {
-    CV_REQUIRE_SDK200(XPLMFindSymbol);
+    CV_REQUIRE_SDK(kModule, Sdk200, XPLMFindSymbol);
     const char* name = nullptr;
     if (!PyArg_ParseTuple(args, "s", &name)) return nullptr;
     void* symbol = nullptr;
-    CV_SDK_GUARD(kModule, "XPLMFindSymbol", IntResult(0), symbol = XPLMFindSymbol_ptr(name));
-    return PyLong_FromVoidPtr(symbol);
+    CV_SDK_GUARD(kModule, "XPLMFindSymbol", CV_IntResult(0), symbol = XPLMFindSymbol_ptr(name));
+    return CV_HandleResult(symbol);
 }
 
 PyObject* PY_XPLMLoadDataFile(PyObject* self, PyObject* args) {
-    CV_REQUIRE_SDK200(XPLMLoadDataFile);
+    CV_REQUIRE_SDK(kModule, Sdk200, XPLMLoadDataFile);
     int fileType = 0;
     const char* path = nullptr;
     if (!PyArg_ParseTuple(args, "is", &fileType, &path)) return nullptr;
     int result = 0;
-    CV_SDK_GUARD(kModule, "XPLMLoadDataFile", IntResult(0), result = XPLMLoadDataFile_ptr(fileType, path));
-    return IntResult(result);
+    CV_SDK_GUARD(kModule, "XPLMLoadDataFile", CV_IntResult(0), result = XPLMLoadDataFile_ptr(fileType, path));
+    return CV_IntResult(result);
 }
 
 PyObject* PY_XPLMSaveDataFile(PyObject* self, PyObject* args) {
-    CV_REQUIRE_SDK200(XPLMSaveDataFile);
+    CV_REQUIRE_SDK(kModule, Sdk200, XPLMSaveDataFile);
     int fileType = 0;
     const char* path = nullptr;
     if (!PyArg_ParseTuple(args, "is", &fileType, &path)) return nullptr;
     int result = 0;
-    CV_SDK_GUARD(kModule, "XPLMSaveDataFile", IntResult(0), result = XPLMSaveDataFile_ptr(fileType, path));
-    return IntResult(result);
+    CV_SDK_GUARD(kModule, "XPLMSaveDataFile", CV_IntResult(0), result = XPLMSaveDataFile_ptr(fileType, path));
+    return CV_IntResult(result);
 }
 
 // ---------------------------------------------------------------- commands
 
 PyObject* PY_XPLMFindCommand(PyObject* self, PyObject* args) {
-    CV_REQUIRE_SDK200(XPLMFindCommand);
+    CV_REQUIRE_SDK(kModule, Sdk200, XPLMFindCommand);
     const char* name = nullptr;
     if (!PyArg_ParseTuple(args, "s", &name)) return nullptr;
     XPLMCommandRef command = nullptr;
-    CV_SDK_GUARD(kModule, "XPLMFindCommand", IntResult(0), command = XPLMFindCommand_ptr(name));
-    return PyLong_FromVoidPtr(command);
+    CV_SDK_GUARD(kModule, "XPLMFindCommand", CV_IntResult(0), command = XPLMFindCommand_ptr(name));
+    return CV_HandleResult(command);
 }
 
 // XPLMCommandBegin, XPLMCommandEnd and XPLMCommandOnce: one command ref, no result.
 PyObject* RunCommand(PyObject* args, const char* function, void (*run)(XPLMCommandRef)) {
-    PyObject* commandObject = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &commandObject)) return nullptr;
-    void* command = nullptr;
-    if (!CV_PointerWord(commandObject, &command)) return nullptr;
-    CV_SDK_GUARD(kModule, function, IntResult(0), run(command));
-    return IntResult(1);
+    XPLMCommandRef command = nullptr;
+    if (!PyArg_ParseTuple(args, "O&", CV_PointerArg, &command)) return nullptr;
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), run(command));
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMCommandBegin(PyObject* self, PyObject* args) {
-    CV_REQUIRE_SDK200(XPLMCommandBegin);
+    CV_REQUIRE_SDK(kModule, Sdk200, XPLMCommandBegin);
     return RunCommand(args, "XPLMCommandBegin", XPLMCommandBegin_ptr);
 }
 
 PyObject* PY_XPLMCommandEnd(PyObject* self, PyObject* args) {
-    CV_REQUIRE_SDK200(XPLMCommandEnd);
+    CV_REQUIRE_SDK(kModule, Sdk200, XPLMCommandEnd);
     return RunCommand(args, "XPLMCommandEnd", XPLMCommandEnd_ptr);
 }
 
 PyObject* PY_XPLMCommandOnce(PyObject* self, PyObject* args) {
-    CV_REQUIRE_SDK200(XPLMCommandOnce);
+    CV_REQUIRE_SDK(kModule, Sdk200, XPLMCommandOnce);
     return RunCommand(args, "XPLMCommandOnce", XPLMCommandOnce_ptr);
 }
 
 PyObject* PY_XPLMCreateCommand(PyObject* self, PyObject* args) {
-    CV_REQUIRE_SDK200(XPLMCreateCommand);
+    CV_REQUIRE_SDK(kModule, Sdk200, XPLMCreateCommand);
     const char *name = nullptr, *description = nullptr;
     if (!PyArg_ParseTuple(args, "ss", &name, &description)) return nullptr;
     XPLMCommandRef command = nullptr;
-    CV_SDK_GUARD(kModule, "XPLMCreateCommand", IntResult(0), command = XPLMCreateCommand_ptr(name, description));
-    return PyLong_FromVoidPtr(command);
+    CV_SDK_GUARD(kModule, "XPLMCreateCommand", CV_IntResult(0), command = XPLMCreateCommand_ptr(name, description));
+    return CV_HandleResult(command);
 }
 
 // What the simulator was told for each command handler record: the command and the phase it runs
@@ -700,53 +636,51 @@ _CallbackList* FindCommandHandler(PyObject* scriptId, PyObject* handler, void* r
 }
 
 PyObject* PY_XPLMRegisterCommandHandler(PyObject* self, PyObject* args) {
-    CV_REQUIRE_SDK200(XPLMRegisterCommandHandler);
-    PyObject *scriptId = nullptr, *commandObject = nullptr, *handler = nullptr, *refconObject = nullptr;
+    CV_REQUIRE_SDK(kModule, Sdk200, XPLMRegisterCommandHandler);
+    PyObject *scriptId = nullptr, *handler = nullptr;
     int before = 0;
-    if (!PyArg_ParseTuple(args, "OOOiO", &scriptId, &commandObject, &handler, &before, &refconObject)) return nullptr;
     void *command = nullptr, *refcon = nullptr;
-    if (!CV_PointerWord(commandObject, &command) || !CV_PointerWord(refconObject, &refcon)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OO&OiO&", &scriptId, CV_PointerArg, &command, &handler, &before, CV_PointerArg,
+                          &refcon))
+        return nullptr;
 
     _CallbackList* entry = CVTestTable->AddCallback(&CommandCallbackList, scriptId, nullptr, handler, refcon);
     gCV_CommandRegistrations[entry] = CommandRegistration{command, before};
-    try {
-        XPLMRegisterCommandHandler_ptr(command, CV_CommandCallback, before, entry);
-    } catch (...) {
+    if (!CV_Guarded(kModule, "XPLMRegisterCommandHandler",
+                    [&] { XPLMRegisterCommandHandler_ptr(command, CV_CommandCallback, before, entry); })) {
         gCV_CommandRegistrations.erase(entry);
         CVTestTable->DeleteCallback(&CommandCallbackList, entry, -1);
-        PrintException(kModule, "XPLMRegisterCommandHandler", "Parameter Error");
-        return IntResult(0);
+        return CV_IntResult(0);
     }
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("XPLMRegisterCommandHandler",
                               CV_FormatText("pScriptId = %lx, inCommand = %ld, inBefore = %d, inRefcon = %ld\n",
                                             CV_Hex(scriptId), CV_Dec(command), before, CV_Dec(refcon)),
-                              {{"CommandCallbackList", CommandCallbackList.size()}});
-    return IntResult(1);
+                              {CommandCallbackList});
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPLMUnregisterCommandHandler(PyObject* self, PyObject* args) {
-    CV_REQUIRE_SDK200(XPLMUnregisterCommandHandler);
-    PyObject *scriptId = nullptr, *commandObject = nullptr, *handler = nullptr, *refconObject = nullptr;
+    CV_REQUIRE_SDK(kModule, Sdk200, XPLMUnregisterCommandHandler);
+    PyObject *scriptId = nullptr, *handler = nullptr;
     int before = 0;
-    if (!PyArg_ParseTuple(args, "OOOiO", &scriptId, &commandObject, &handler, &before, &refconObject)) return nullptr;
     void *command = nullptr, *refcon = nullptr;
-    if (!CV_PointerWord(commandObject, &command) || !CV_PointerWord(refconObject, &refcon)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OO&OiO&", &scriptId, CV_PointerArg, &command, &handler, &before, CV_PointerArg,
+                          &refcon))
+        return nullptr;
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
     int found = 0, index = 0;
     _CallbackList* entry = FindCommandHandler(scriptId, handler, refcon, command, before, &found, &index);
     if (found) {
-        CV_SDK_GUARD(kModule, "XPLMUnregisterCommandHandler", IntResult(0),
+        CV_SDK_GUARD(kModule, "XPLMUnregisterCommandHandler", CV_IntResult(0),
                      XPLMUnregisterCommandHandler_ptr(command, CV_CommandCallback, before, entry));
         gCV_CommandRegistrations.erase(entry);
         CVTestTable->DeleteCallback(&CommandCallbackList, entry, index);
     } else {
-        PrintExceptionf(kModule, "XPLMUnregisterCommandHandler",
-                        CV_MSG_UNKNOWN_CALLBACK_AND_REFCON,
-                        scriptName);
+        CV_ReportUnknownCallback(kModule, "XPLMUnregisterCommandHandler", scriptName, CV_MatchedBy::Refcon);
     }
 
     if (gCV_DebugCallbacks)
@@ -754,8 +688,8 @@ PyObject* PY_XPLMUnregisterCommandHandler(PyObject* self, PyObject* args) {
             "XPLMUnregisterCommandHandler",
             CV_FormatText("pScriptId = %lx, Script Name = %s, inCommand = %ld, inBefore = %d, inRefcon = %ld\n",
                           CV_Hex(scriptId), scriptName, CV_Dec(command), before, CV_Dec(refcon)),
-            {{"CommandCallbackList", CommandCallbackList.size()}});
-    return IntResult(1);
+            {CommandCallbackList});
+    return CV_IntResult(1);
 }
 
 PyMethodDef XPLMUtilitiesMethods[] = {

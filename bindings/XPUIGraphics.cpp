@@ -63,24 +63,11 @@ const CV_IntConstant XPUIGraphicsConstants[] = {
 
 const char* const kModule = "XPUIGraphics";
 
-PyObject* IntResult(long value) { return PyLong_FromLong(value); }
-
-int* OutPointer(PyObject* out, int* storage) { return out == Py_None ? nullptr : storage; }
-
-// Every SDK call of this module runs inside this guard; a throw is reported as "Function Error".
-#define CV_GRAPHICS_GUARD(function, failure, ...)             \
-    try {                                                     \
-        __VA_ARGS__;                                          \
-    } catch (...) {                                           \
-        PrintException(kModule, function, "Function Error"); \
-        return failure;                                       \
-    }
-
 PyObject* PY_XPDrawWindow(PyObject* self, PyObject* args) {
     int left = 0, bottom = 0, right = 0, top = 0, style = 0;
     if (!PyArg_ParseTuple(args, "iiiii", &left, &bottom, &right, &top, &style)) return nullptr;
-    CV_GRAPHICS_GUARD("XPDrawWindow", IntResult(0), XPDrawWindow(left, bottom, right, top, style));
-    return IntResult(1);
+    if (!CV_Guarded(kModule, "XPDrawWindow", [&] { XPDrawWindow(left, bottom, right, top, style); }, CV_FUNCTION_ERROR)) return CV_IntResult(0);
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPGetWindowDefaultDimensions(PyObject* self, PyObject* args) {
@@ -89,18 +76,17 @@ PyObject* PY_XPGetWindowDefaultDimensions(PyObject* self, PyObject* args) {
     if (!PyArg_ParseTuple(args, "iOO", &style, &outWidth, &outHeight)) return nullptr;
     if (!CV_CheckOutputList(outWidth) || !CV_CheckOutputList(outHeight)) return nullptr;
     int width = 0, height = 0;
-    CV_GRAPHICS_GUARD("XPGetWindowDefaultDimensions", IntResult(0),
-                      XPGetWindowDefaultDimensions(style, OutPointer(outWidth, &width), OutPointer(outHeight, &height)));
+    if (!CV_Guarded(kModule, "XPGetWindowDefaultDimensions", [&] { XPGetWindowDefaultDimensions(style, CV_OutPointer(outWidth, &width), CV_OutPointer(outHeight, &height)); }, CV_FUNCTION_ERROR)) return CV_IntResult(0);
     if (!CV_StoreOutput(outWidth, PyLong_FromLong(width)) || !CV_StoreOutput(outHeight, PyLong_FromLong(height)))
         return nullptr;
-    return IntResult(1);
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPDrawElement(PyObject* self, PyObject* args) {
     int left = 0, bottom = 0, right = 0, top = 0, style = 0, lit = 0;
     if (!PyArg_ParseTuple(args, "iiiiii", &left, &bottom, &right, &top, &style, &lit)) return nullptr;
-    CV_GRAPHICS_GUARD("XPDrawElement", IntResult(0), XPDrawElement(left, bottom, right, top, style, lit));
-    return IntResult(1);
+    if (!CV_Guarded(kModule, "XPDrawElement", [&] { XPDrawElement(left, bottom, right, top, style, lit); }, CV_FUNCTION_ERROR)) return CV_IntResult(0);
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPGetElementDefaultDimensions(PyObject* self, PyObject* args) {
@@ -110,30 +96,26 @@ PyObject* PY_XPGetElementDefaultDimensions(PyObject* self, PyObject* args) {
     if (!CV_CheckOutputList(outWidth) || !CV_CheckOutputList(outHeight) || !CV_CheckOutputList(outCanBeLit))
         return nullptr;
     int width = 0, height = 0, canBeLit = 0;
-    CV_GRAPHICS_GUARD("XPGetElementDefaultDimensions", IntResult(0),
-                      XPGetElementDefaultDimensions(style, OutPointer(outWidth, &width), OutPointer(outHeight, &height),
-                                                    OutPointer(outCanBeLit, &canBeLit)));
+    if (!CV_Guarded(kModule, "XPGetElementDefaultDimensions", [&] { XPGetElementDefaultDimensions(style, CV_OutPointer(outWidth, &width), CV_OutPointer(outHeight, &height), CV_OutPointer(outCanBeLit, &canBeLit)); }, CV_FUNCTION_ERROR)) return CV_IntResult(0);
     if (!CV_StoreOutput(outWidth, PyLong_FromLong(width)) || !CV_StoreOutput(outHeight, PyLong_FromLong(height)) ||
         !CV_StoreOutput(outCanBeLit, PyLong_FromLong(canBeLit)))
         return nullptr;
-    return IntResult(1);
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPDrawTrack(PyObject* self, PyObject* args) {
     int left = 0, bottom = 0, right = 0, top = 0, minimum = 0, maximum = 0, value = 0, style = 0, lit = 0;
     if (!PyArg_ParseTuple(args, "iiiiiiiii", &left, &bottom, &right, &top, &minimum, &maximum, &value, &style, &lit))
         return nullptr;
-    CV_GRAPHICS_GUARD("XPDrawTrack", IntResult(0),
-                      XPDrawTrack(left, bottom, right, top, minimum, maximum, value, style, lit));
-    return IntResult(1);
+    if (!CV_Guarded(kModule, "XPDrawTrack", [&] { XPDrawTrack(left, bottom, right, top, minimum, maximum, value, style, lit); }, CV_FUNCTION_ERROR)) return CV_IntResult(0);
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPGetTrackDefaultDimensions(PyObject* self, PyObject* args) {
     int style = 0;
     if (!PyArg_ParseTuple(args, "i", &style)) return nullptr;
     int width = 0, canBeLit = 0;
-    CV_GRAPHICS_GUARD("XPGetTrackDefaultDimensions", Py_BuildValue("(ii)", 0, 0),
-                      XPGetTrackDefaultDimensions(style, &width, &canBeLit));
+    if (!CV_Guarded(kModule, "XPGetTrackDefaultDimensions", [&] { XPGetTrackDefaultDimensions(style, &width, &canBeLit); }, CV_FUNCTION_ERROR)) return Py_BuildValue("(ii)", 0, 0);
     return Py_BuildValue("(ii)", width, canBeLit);
 }
 
@@ -142,9 +124,7 @@ PyObject* PY_XPGetTrackMetrics(PyObject* self, PyObject* args) {
     if (!PyArg_ParseTuple(args, "iiiiiiii", &left, &bottom, &right, &top, &minimum, &maximum, &value, &style))
         return nullptr;
     int isVertical = 0, downButton = 0, downPage = 0, thumb = 0, upPage = 0, upButton = 0;
-    CV_GRAPHICS_GUARD("XPGetTrackMetrics", IntResult(0),
-                      XPGetTrackMetrics(left, bottom, right, top, minimum, maximum, value, style, &isVertical,
-                                        &downButton, &downPage, &thumb, &upPage, &upButton));
+    if (!CV_Guarded(kModule, "XPGetTrackMetrics", [&] { XPGetTrackMetrics(left, bottom, right, top, minimum, maximum, value, style, &isVertical, &downButton, &downPage, &thumb, &upPage, &upButton); }, CV_FUNCTION_ERROR)) return CV_IntResult(0);
     return Py_BuildValue("(iiiiii)", isVertical, downButton, downPage, thumb, upPage, upButton);
 }
 

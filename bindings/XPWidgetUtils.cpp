@@ -23,51 +23,34 @@ const CV_IntConstant XPWidgetUtilsConstants[] = {
 
 const char* const kModule = "XPWidgetUtils";
 
-PyObject* IntResult(long value) { return PyLong_FromLong(value); }
-
-// A widget handle from the integer a script holds (the handles are pointer-sized); TypeError
-// otherwise.
-bool WidgetArgument(PyObject* object, XPWidgetID* widget) {
-    void* word = nullptr;
-    if (!CV_PointerWord(object, &word)) return false;
-    *widget = word;
-    return true;
-}
-
 PyObject* PY_XPUMoveWidgetBy(PyObject* self, PyObject* args) {
-    PyObject* widgetObject = nullptr;
     int dx = 0, dy = 0;
-    if (!PyArg_ParseTuple(args, "Oii", &widgetObject, &dx, &dy)) return nullptr;
     XPWidgetID widget = nullptr;
-    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPUMoveWidgetBy", IntResult(0), XPUMoveWidgetBy(widget, dx, dy));
-    return IntResult(1);
+    if (!PyArg_ParseTuple(args, "O&ii", CV_PointerArg, &widget, &dx, &dy)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPUMoveWidgetBy", CV_IntResult(0), XPUMoveWidgetBy(widget, dx, dy));
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPUFixedLayout(PyObject* self, PyObject* args) {
     int message = 0;
-    PyObject* widgetObject = nullptr;
     long param1 = 0, param2 = 0;
-    if (!PyArg_ParseTuple(args, "iOll", &message, &widgetObject, &param1, &param2)) return nullptr;
     XPWidgetID widget = nullptr;
-    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+    if (!PyArg_ParseTuple(args, "iO&ll", &message, CV_PointerArg, &widget, &param1, &param2)) return nullptr;
     int handled = 0;
-    CV_SDK_GUARD(kModule, "XPUFixedLayout", IntResult(0), handled = XPUFixedLayout(message, widget, param1, param2));
-    return IntResult(handled);
+    CV_SDK_GUARD(kModule, "XPUFixedLayout", CV_IntResult(0), handled = XPUFixedLayout(message, widget, param1, param2));
+    return CV_IntResult(handled);
 }
 
 // XPUSelectIfNeeded and XPUDefocusKeyboard: a message, its widget and parameters, and an eat-click flag.
 template <int (*Sdk)(XPWidgetMessage, XPWidgetID, intptr_t, intptr_t, int)>
 PyObject* MessageHelper(PyObject* args, const char* function) {
     int message = 0, eatClick = 0;
-    PyObject* widgetObject = nullptr;
     long param1 = 0, param2 = 0;
-    if (!PyArg_ParseTuple(args, "iOlli", &message, &widgetObject, &param1, &param2, &eatClick)) return nullptr;
     XPWidgetID widget = nullptr;
-    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+    if (!PyArg_ParseTuple(args, "iO&lli", &message, CV_PointerArg, &widget, &param1, &param2, &eatClick)) return nullptr;
     int handled = 0;
-    CV_SDK_GUARD(kModule, function, IntResult(0), handled = Sdk(message, widget, param1, param2, eatClick));
-    return IntResult(handled);
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), handled = Sdk(message, widget, param1, param2, eatClick));
+    return CV_IntResult(handled);
 }
 
 PyObject* PY_XPUSelectIfNeeded(PyObject* self, PyObject* args) {
@@ -81,16 +64,14 @@ PyObject* PY_XPUDefocusKeyboard(PyObject* self, PyObject* args) {
 // own, so the area runs from that left edge across the rest of the widget.
 PyObject* PY_XPUDragWidget(PyObject* self, PyObject* args) {
     int message = 0, left = 0;
-    PyObject* widgetObject = nullptr;
     long param1 = 0, param2 = 0;
-    if (!PyArg_ParseTuple(args, "iOlli", &message, &widgetObject, &param1, &param2, &left)) return nullptr;
     XPWidgetID widget = nullptr;
-    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+    if (!PyArg_ParseTuple(args, "iO&lli", &message, CV_PointerArg, &widget, &param1, &param2, &left)) return nullptr;
     int handled = 0;
-    CV_SDK_GUARD(kModule, "XPUDragWidget", IntResult(0), int top = 0; int right = 0; int bottom = 0;
+    CV_SDK_GUARD(kModule, "XPUDragWidget", CV_IntResult(0), int top = 0; int right = 0; int bottom = 0;
                  XPGetWidgetGeometry(widget, nullptr, &top, &right, &bottom);
                  handled = XPUDragWidget(message, widget, param1, param2, left, top, right, bottom));
-    return IntResult(handled);
+    return CV_IntResult(handled);
 }
 
 // One row of a widget table as the script wrote it: [left, top, right, bottom, visible, descriptor,
@@ -138,11 +119,10 @@ bool ReadDefinition(PyObject* item, int number, int count, XPWidgetCreate_t* def
 }
 
 PyObject* PY_XPUCreateWidgets(PyObject* self, PyObject* args) {
-    PyObject *table = nullptr, *parentObject = nullptr, *outWidgets = nullptr;
+    PyObject *table = nullptr, *outWidgets = nullptr;
     long count = 0;
-    if (!PyArg_ParseTuple(args, "OlOO", &table, &count, &parentObject, &outWidgets)) return nullptr;
     XPWidgetID parent = nullptr;
-    if (!WidgetArgument(parentObject, &parent)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OlO&O", &table, &count, CV_PointerArg, &parent, &outWidgets)) return nullptr;
     if (!PyList_Check(table)) {
         PyErr_SetString(PyExc_TypeError, "expected sequence");
         return nullptr;
@@ -164,15 +144,11 @@ PyObject* PY_XPUCreateWidgets(PyObject* self, PyObject* args) {
     for (long i = 0; i < count; ++i) definitions[i].descriptor = descriptors[i].c_str();
 
     std::vector<XPWidgetID> widgets(static_cast<size_t>(count), nullptr);
-    try {
-        if (count > 0) XPUCreateWidgets(definitions.data(), static_cast<int>(count), parent, widgets.data());
-    } catch (...) {
-        PrintException(kModule, "XPUCreateWidgets", "Parameter Error");
-        return Py_BuildValue("(i)", 0);
-    }
+    CV_SDK_GUARD(kModule, "XPUCreateWidgets", Py_BuildValue("(i)", 0),
+                 if (count > 0) XPUCreateWidgets(definitions.data(), static_cast<int>(count), parent, widgets.data()));
     if (outWidgets != Py_None)
         for (XPWidgetID widget : widgets)
-            if (!CV_AppendOutput(outWidgets, PyLong_FromVoidPtr(widget))) return nullptr;
+            if (!CV_AppendOutput(outWidgets, CV_HandleResult(widget))) return nullptr;
     return Py_BuildValue("(i)", 1);
 }
 

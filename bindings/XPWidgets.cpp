@@ -31,55 +31,23 @@ namespace {
 
 const char* const kModule = "XPWidgets";
 
-PyObject* IntResult(long value) { return PyLong_FromLong(value); }
-PyObject* HandleResult(const void* handle) { return PyLong_FromVoidPtr(const_cast<void*>(handle)); }
-
-// A widget handle (or any pointer-sized word) from the integer a script holds; TypeError otherwise.
-bool WidgetArgument(PyObject* object, XPWidgetID* widget) {
-    void* word = nullptr;
-    if (!CV_PointerWord(object, &word)) return false;
-    *widget = word;
-    return true;
-}
-
-bool WordArgument(PyObject* object, intptr_t* value) {
-    void* word = nullptr;
-    if (!CV_PointerWord(object, &word)) return false;
-    *value = reinterpret_cast<intptr_t>(word);
-    return true;
-}
-
 // A long index or flag narrowed to the SDK's int; values out of its range become -1, which no
 // widget accepts as an index.
 int NarrowToInt(long value) {
     return (value < INT32_MIN || value > INT32_MAX) ? -1 : static_cast<int>(value);
 }
 
-int* OutPointer(PyObject* out, int* storage) { return out == Py_None ? nullptr : storage; }
-
-// Like CV_SDK_GUARD, for the two functions whose failure is reported as "Function Error".
-#define CV_FUNCTION_GUARD(function, failure, ...)              \
-    try {                                                      \
-        __VA_ARGS__;                                           \
-    } catch (...) {                                            \
-        PrintException(kModule, function, "Function Error");  \
-        return failure;                                        \
-    }
 
 // ---------------------------------------------------------------- recording widgets
 
 PyObject* PY_XPCreateWidget(PyObject* self, PyObject* args) {
     int left = 0, top = 0, right = 0, bottom = 0, visible = 0, isRoot = 0, widgetClass = 0;
     const char* descriptor = nullptr;
-    PyObject* containerObject = nullptr;
-    if (!PyArg_ParseTuple(args, "iiiiisiOi", &left, &top, &right, &bottom, &visible, &descriptor, &isRoot,
-                          &containerObject, &widgetClass))
-        return nullptr;
     XPWidgetID container = nullptr;
-    if (!WidgetArgument(containerObject, &container)) return nullptr;
+    if (!PyArg_ParseTuple(args, "iiiiisiO&i", &left, &top, &right, &bottom, &visible, &descriptor, &isRoot, CV_PointerArg, &container, &widgetClass)) return nullptr;
 
     XPWidgetID widget = nullptr;
-    CV_SDK_GUARD(kModule, "XPCreateWidget", IntResult(0),
+    CV_SDK_GUARD(kModule, "XPCreateWidget", CV_IntResult(0),
                  widget = XPCreateWidget(left, top, right, bottom, visible, descriptor, isRoot, container,
                                          widgetClass));
     // A refused creation made no widget: there is nothing to route messages to.
@@ -90,30 +58,27 @@ PyObject* PY_XPCreateWidget(PyObject* self, PyObject* args) {
         CV_DebugCallbackTrace("XPCreateWidget",
                               CV_FormatText("outWidgetID = %lx, inIsRoot = %d, inContainer = %lx\n", CV_Hex(widget),
                                             isRoot, CV_Hex(container)),
-                              {{"WidgetCallbackList", WidgetCallbackList.size()}});
-    return HandleResult(widget);
+                              {WidgetCallbackList});
+    return CV_HandleResult(widget);
 }
 
 PyObject* PY_XPCreateCustomWidget(PyObject* self, PyObject* args) {
-    PyObject *scriptId = nullptr, *containerObject = nullptr, *callable = nullptr;
+    PyObject *scriptId = nullptr, *callable = nullptr;
     int left = 0, top = 0, right = 0, bottom = 0, visible = 0, isRoot = 0;
     const char* descriptor = nullptr;
     // The container is a widget handle like every other (the integer the script holds).
-    if (!PyArg_ParseTuple(args, "OiiiiisiOO", &scriptId, &left, &top, &right, &bottom, &visible, &descriptor,
-                          &isRoot, &containerObject, &callable))
-        return nullptr;
     XPWidgetID container = nullptr;
-    if (!WidgetArgument(containerObject, &container)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OiiiiisiO&O", &scriptId, &left, &top, &right, &bottom, &visible, &descriptor, &isRoot, CV_PointerArg, &container, &callable)) return nullptr;
 
     XPWidgetID widget = nullptr;
-    CV_SDK_GUARD(kModule, "XPCreateCustomWidget", IntResult(0),
+    CV_SDK_GUARD(kModule, "XPCreateCustomWidget", CV_IntResult(0),
                  widget = XPCreateCustomWidget(left, top, right, bottom, visible, descriptor, isRoot, container,
                                                CV_WidgetCallback));
     if (widget != nullptr) {
         CVTestTable->AddWidgetCallback(&WidgetCallbackList, scriptId, widget, callable, isRoot, container);
         // The simulator's own create message came before the record existed; this one reaches the
         // script's function.
-        CV_SDK_GUARD(kModule, "XPCreateCustomWidget", IntResult(0),
+        CV_SDK_GUARD(kModule, "XPCreateCustomWidget", CV_IntResult(0),
                      XPSendMessageToWidget(widget, xpMsg_Create, xpMode_Once, 1, 0));
     }
 
@@ -121,16 +86,15 @@ PyObject* PY_XPCreateCustomWidget(PyObject* self, PyObject* args) {
         CV_DebugCallbackTrace("XPCreateCustomWidget",
                               CV_FormatText("pScriptId = %lx, outWidgetID = %lx, inIsRoot = %d, inContainer = %lx\n",
                                             CV_Hex(scriptId), CV_Hex(widget), isRoot, CV_Hex(container)),
-                              {{"WidgetCallbackList", WidgetCallbackList.size()}});
-    return HandleResult(widget);
+                              {WidgetCallbackList});
+    return CV_HandleResult(widget);
 }
 
 PyObject* PY_XPAddWidgetCallback(PyObject* self, PyObject* args) {
     const char* const function = "XPAddWidgetCallback";
-    PyObject *scriptId = nullptr, *widgetObject = nullptr, *callable = nullptr;
-    if (!PyArg_ParseTuple(args, "OOO", &scriptId, &widgetObject, &callable)) return nullptr;
+    PyObject *scriptId = nullptr, *callable = nullptr;
     XPWidgetID widget = nullptr;
-    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OO&O", &scriptId, CV_PointerArg, &widget, &callable)) return nullptr;
 
     int found = 0, index = 0;
     CVTestTable->FindWidgetCallback(WidgetCallbackList, widget, &found, &index);
@@ -141,13 +105,13 @@ PyObject* PY_XPAddWidgetCallback(PyObject* self, PyObject* args) {
         CV_GetScriptNameForMessages(scriptId, scriptName);
         PrintExceptionf(kModule, function, "Script '%s.py' XPAddWidgetCallback Error.", scriptName);
     }
-    CV_SDK_GUARD(kModule, function, IntResult(0), XPAddWidgetCallback(widget, CV_WidgetCallback));
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), XPAddWidgetCallback(widget, CV_WidgetCallback));
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace(function,
                               CV_FormatText("pScriptId = %lx, inWidgetID = %lx\n", CV_Hex(scriptId), CV_Hex(widget)),
-                              {{"WidgetCallbackList", WidgetCallbackList.size()}});
-    return IntResult(1);
+                              {WidgetCallbackList});
+    return CV_IntResult(1);
 }
 
 // The widget and, when its children go with it, every widget below it: what a destruction ends.
@@ -179,25 +143,24 @@ void ForgetEndedWidgets(const std::vector<XPWidgetID>& ended) {
 
 PyObject* PY_XPDestroyWidget(PyObject* self, PyObject* args) {
     const char* const function = "XPDestroyWidget";
-    PyObject *scriptId = nullptr, *widgetObject = nullptr;
+    PyObject *scriptId = nullptr;
     int destroyChildren = 0;
-    if (!PyArg_ParseTuple(args, "OOi", &scriptId, &widgetObject, &destroyChildren)) return nullptr;
     XPWidgetID widget = nullptr;
-    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OO&i", &scriptId, CV_PointerArg, &widget, &destroyChildren)) return nullptr;
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
 
     XPWidgetID parent = nullptr;
     std::vector<XPWidgetID> ended;
-    CV_SDK_GUARD(kModule, function, IntResult(0), parent = XPGetParentWidget(widget);
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), parent = XPGetParentWidget(widget);
                  ended = WidgetsEndedBy(widget, destroyChildren != 0));
     int found = 0, index = 0;
     CVTestTable->FindWidgetCallback(WidgetCallbackList, scriptId, widget, &found, &index);
 
     // The widgets' functions get their destroy messages from inside this call, through the records
     // that are still in the list; they may change the list meanwhile.
-    CV_SDK_GUARD(kModule, function, IntResult(0), XPDestroyWidget(widget, destroyChildren));
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), XPDestroyWidget(widget, destroyChildren));
 
     if (found) {
         int again = 0;
@@ -207,8 +170,7 @@ PyObject* PY_XPDestroyWidget(PyObject* self, PyObject* args) {
         // Direct children lose their records whether or not they were destroyed with it.
         CVTestTable->DeleteWidgetChildCallbacks(&WidgetCallbackList, scriptId, widget);
     } else if (parent == nullptr) {
-        PrintExceptionf(kModule, function, CV_MSG_UNKNOWN_CALLBACK,
-                        scriptName);
+        CV_ReportUnknownCallback(kModule, function, scriptName, CV_MatchedBy::Handle);
     }
     ForgetEndedWidgets(ended);
 
@@ -216,77 +178,69 @@ PyObject* PY_XPDestroyWidget(PyObject* self, PyObject* args) {
         const std::string details = CV_FormatText("pScriptId = %lx, Script Name = %s, inWidgetID = %lx\n",
                                                   CV_Hex(scriptId), scriptName, CV_Hex(widget));
         if (found || parent == nullptr)
-            CV_DebugCallbackTrace(function, details, {{"WidgetCallbackList", WidgetCallbackList.size()}});
+            CV_DebugCallbackTrace(function, details, {WidgetCallbackList});
         else
             CV_DebugCallbackTrace(function, details, {});
     }
-    return IntResult(1);
+    return CV_IntResult(1);
 }
 
 // ---------------------------------------------------------------- messages and the tree
 
 PyObject* PY_XPSendMessageToWidget(PyObject* self, PyObject* args) {
-    PyObject *widgetObject = nullptr, *param1Object = nullptr, *param2Object = nullptr;
     int message = 0, mode = 0;
-    if (!PyArg_ParseTuple(args, "OiiOO", &widgetObject, &message, &mode, &param1Object, &param2Object)) return nullptr;
     XPWidgetID widget = nullptr;
-    intptr_t param1 = 0, param2 = 0;
-    if (!WidgetArgument(widgetObject, &widget) || !WordArgument(param1Object, &param1) ||
-        !WordArgument(param2Object, &param2))
+    void *param1 = nullptr, *param2 = nullptr;
+    if (!PyArg_ParseTuple(args, "O&iiO&O&", CV_PointerArg, &widget, &message, &mode, CV_PointerArg, &param1,
+                          CV_PointerArg, &param2))
         return nullptr;
     int handled = 0;
-    CV_SDK_GUARD(kModule, "XPSendMessageToWidget", IntResult(0),
-                 handled = XPSendMessageToWidget(widget, message, mode, param1, param2));
-    return IntResult(handled);
+    CV_SDK_GUARD(kModule, "XPSendMessageToWidget", CV_IntResult(0),
+                 handled = XPSendMessageToWidget(widget, message, mode, reinterpret_cast<intptr_t>(param1),
+                                                 reinterpret_cast<intptr_t>(param2)));
+    return CV_IntResult(handled);
 }
 
 PyObject* PY_XPPlaceWidgetWithin(PyObject* self, PyObject* args) {
-    PyObject *widgetObject = nullptr, *containerObject = nullptr;
-    if (!PyArg_ParseTuple(args, "OO", &widgetObject, &containerObject)) return nullptr;
-    XPWidgetID widget = nullptr, container = nullptr;
-    if (!WidgetArgument(widgetObject, &widget) || !WidgetArgument(containerObject, &container)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPPlaceWidgetWithin", IntResult(0), XPPlaceWidgetWithin(widget, container));
-    return IntResult(1);
+    XPWidgetID widget = nullptr;
+    XPWidgetID container = nullptr;
+    if (!PyArg_ParseTuple(args, "O&O&", CV_PointerArg, &widget, CV_PointerArg, &container)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPPlaceWidgetWithin", CV_IntResult(0), XPPlaceWidgetWithin(widget, container));
+    return CV_IntResult(1);
 }
 
 // The functions of one widget argument, told apart by what they give back.
 template <typename R, R (*Sdk)(XPWidgetID)>
 PyObject* OneWidget(PyObject* args, const char* function, PyObject* (*convert)(R)) {
-    PyObject* widgetObject = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &widgetObject)) return nullptr;
     XPWidgetID widget = nullptr;
-    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+    if (!PyArg_ParseTuple(args, "O&", CV_PointerArg, &widget)) return nullptr;
     R result{};
-    CV_SDK_GUARD(kModule, function, IntResult(0), result = Sdk(widget));
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), result = Sdk(widget));
     return convert(result);
 }
 
 template <void (*Sdk)(XPWidgetID)>
 PyObject* OneWidgetAction(PyObject* args, const char* function) {
-    PyObject* widgetObject = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &widgetObject)) return nullptr;
     XPWidgetID widget = nullptr;
-    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
-    CV_SDK_GUARD(kModule, function, IntResult(0), Sdk(widget));
-    return IntResult(1);
+    if (!PyArg_ParseTuple(args, "O&", CV_PointerArg, &widget)) return nullptr;
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), Sdk(widget));
+    return CV_IntResult(1);
 }
 
-PyObject* IntOf(int value) { return IntResult(value); }
-PyObject* HandleOf(XPWidgetID value) { return HandleResult(value); }
+PyObject* IntOf(int value) { return CV_IntResult(value); }
+PyObject* HandleOf(XPWidgetID value) { return CV_HandleResult(value); }
 
 PyObject* PY_XPCountChildWidgets(PyObject* self, PyObject* args) {
     return OneWidget<int, XPCountChildWidgets>(args, "XPCountChildWidgets", IntOf);
 }
 
 PyObject* PY_XPGetNthChildWidget(PyObject* self, PyObject* args) {
-    PyObject* widgetObject = nullptr;
     long index = 0;
-    if (!PyArg_ParseTuple(args, "Ol", &widgetObject, &index)) return nullptr;
     XPWidgetID widget = nullptr;
-    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+    if (!PyArg_ParseTuple(args, "O&l", CV_PointerArg, &widget, &index)) return nullptr;
     XPWidgetID child = nullptr;
-    CV_SDK_GUARD(kModule, "XPGetNthChildWidget", IntResult(0), child = XPGetNthChildWidget(widget, NarrowToInt(index)));
-    return HandleResult(child);
+    CV_SDK_GUARD(kModule, "XPGetNthChildWidget", CV_IntResult(0), child = XPGetNthChildWidget(widget, NarrowToInt(index)));
+    return CV_HandleResult(child);
 }
 
 PyObject* PY_XPGetParentWidget(PyObject* self, PyObject* args) {
@@ -311,19 +265,18 @@ PyObject* PY_XPIsWidgetInFront(PyObject* self, PyObject* args) {
 
 template <void (*Sdk)(XPWidgetID, int*, int*, int*, int*)>
 PyObject* GetGeometry(PyObject* args, const char* function) {
-    PyObject *widgetObject = nullptr, *outs[4] = {nullptr, nullptr, nullptr, nullptr};
-    if (!PyArg_ParseTuple(args, "OOOOO", &widgetObject, &outs[0], &outs[1], &outs[2], &outs[3])) return nullptr;
+    PyObject *outs[4] = {nullptr, nullptr, nullptr, nullptr};
     XPWidgetID widget = nullptr;
-    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+    if (!PyArg_ParseTuple(args, "O&OOOO", CV_PointerArg, &widget, &outs[0], &outs[1], &outs[2], &outs[3])) return nullptr;
     for (PyObject* out : outs)
         if (!CV_CheckOutputList(out)) return nullptr;
     int values[4] = {0, 0, 0, 0};
-    CV_SDK_GUARD(kModule, function, IntResult(0),
-                 Sdk(widget, OutPointer(outs[0], &values[0]), OutPointer(outs[1], &values[1]),
-                     OutPointer(outs[2], &values[2]), OutPointer(outs[3], &values[3])));
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0),
+                 Sdk(widget, CV_OutPointer(outs[0], &values[0]), CV_OutPointer(outs[1], &values[1]),
+                     CV_OutPointer(outs[2], &values[2]), CV_OutPointer(outs[3], &values[3])));
     for (int i = 0; i < 4; ++i)
         if (!CV_StoreOutput(outs[i], PyLong_FromLong(values[i]))) return nullptr;
-    return IntResult(1);
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPGetWidgetGeometry(PyObject* self, PyObject* args) {
@@ -334,88 +287,70 @@ PyObject* PY_XPGetWidgetExposedGeometry(PyObject* self, PyObject* args) {
 }
 
 PyObject* PY_XPSetWidgetGeometry(PyObject* self, PyObject* args) {
-    PyObject* widgetObject = nullptr;
     int left = 0, top = 0, right = 0, bottom = 0;
-    if (!PyArg_ParseTuple(args, "Oiiii", &widgetObject, &left, &top, &right, &bottom)) return nullptr;
     XPWidgetID widget = nullptr;
-    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPSetWidgetGeometry", IntResult(0), XPSetWidgetGeometry(widget, left, top, right, bottom));
-    return IntResult(1);
+    if (!PyArg_ParseTuple(args, "O&iiii", CV_PointerArg, &widget, &left, &top, &right, &bottom)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPSetWidgetGeometry", CV_IntResult(0), XPSetWidgetGeometry(widget, left, top, right, bottom));
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPGetWidgetForLocation(PyObject* self, PyObject* args) {
-    PyObject* containerObject = nullptr;
     int x = 0, y = 0;
     long recursive = 0, visibleOnly = 0;
-    if (!PyArg_ParseTuple(args, "Oiill", &containerObject, &x, &y, &recursive, &visibleOnly)) return nullptr;
     XPWidgetID container = nullptr;
-    if (!WidgetArgument(containerObject, &container)) return nullptr;
+    if (!PyArg_ParseTuple(args, "O&iill", CV_PointerArg, &container, &x, &y, &recursive, &visibleOnly)) return nullptr;
     XPWidgetID found = nullptr;
-    CV_SDK_GUARD(kModule, "XPGetWidgetForLocation", IntResult(0),
+    CV_SDK_GUARD(kModule, "XPGetWidgetForLocation", CV_IntResult(0),
                  found = XPGetWidgetForLocation(container, x, y, recursive != 0, visibleOnly != 0));
-    return HandleResult(found);
+    return CV_HandleResult(found);
 }
 
 // ---------------------------------------------------------------- descriptor and properties
 
 PyObject* PY_XPSetWidgetDescriptor(PyObject* self, PyObject* args) {
-    PyObject* widgetObject = nullptr;
     const char* text = nullptr;
-    if (!PyArg_ParseTuple(args, "Os", &widgetObject, &text)) return nullptr;
     XPWidgetID widget = nullptr;
-    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPSetWidgetDescriptor", IntResult(0), XPSetWidgetDescriptor(widget, text));
-    return IntResult(1);
+    if (!PyArg_ParseTuple(args, "O&s", CV_PointerArg, &widget, &text)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPSetWidgetDescriptor", CV_IntResult(0), XPSetWidgetDescriptor(widget, text));
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPGetWidgetDescriptor(PyObject* self, PyObject* args) {
-    PyObject *widgetObject = nullptr, *out = nullptr;
+    PyObject *out = nullptr;
     int maximum = 0;
-    if (!PyArg_ParseTuple(args, "OOi", &widgetObject, &out, &maximum)) return nullptr;
     XPWidgetID widget = nullptr;
-    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+    if (!PyArg_ParseTuple(args, "O&Oi", CV_PointerArg, &widget, &out, &maximum)) return nullptr;
     if (!CV_CheckOutputList(out)) return nullptr;
     if (maximum < 0) maximum = 0;
     // One byte more than the SDK may fill, so the text always ends.
     std::vector<char> buffer(out == Py_None ? 0 : static_cast<size_t>(maximum) + 1, '\0');
     int length = 0;
-    try {
-        length = XPGetWidgetDescriptor(widget, out == Py_None ? nullptr : buffer.data(), maximum);
-    } catch (...) {
-        PrintException(kModule, "XPGetWidgetDescriptor", "Parameter Error");
-        return Py_BuildValue("(is)", 0, "");
-    }
-    if (out != Py_None) {
-        buffer[static_cast<size_t>(maximum)] = '\0';
-        const size_t size = strnlen(buffer.data(), static_cast<size_t>(maximum));
-        if (!CV_AppendOutput(out, PyUnicode_DecodeUTF8(buffer.data(), static_cast<Py_ssize_t>(size), "replace")))
-            return nullptr;
-    }
-    return IntResult(length);
+    CV_SDK_GUARD(kModule, "XPGetWidgetDescriptor", Py_BuildValue("(is)", 0, ""),
+                 length = XPGetWidgetDescriptor(widget, out == Py_None ? nullptr : buffer.data(), maximum));
+    if (out != Py_None && !CV_AppendOutput(out, CV_BufferText(buffer.data(), static_cast<size_t>(maximum))))
+        return nullptr;
+    return CV_IntResult(length);
 }
 
 PyObject* PY_XPSetWidgetProperty(PyObject* self, PyObject* args) {
-    PyObject *widgetObject = nullptr, *valueObject = nullptr;
     int property = 0;
-    if (!PyArg_ParseTuple(args, "OiO", &widgetObject, &property, &valueObject)) return nullptr;
     XPWidgetID widget = nullptr;
-    intptr_t value = 0;
-    if (!WidgetArgument(widgetObject, &widget) || !WordArgument(valueObject, &value)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPSetWidgetProperty", IntResult(0), XPSetWidgetProperty(widget, property, value));
-    return IntResult(1);
+    void* value = nullptr;
+    if (!PyArg_ParseTuple(args, "O&iO&", CV_PointerArg, &widget, &property, CV_PointerArg, &value)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPSetWidgetProperty", CV_IntResult(0), XPSetWidgetProperty(widget, property, reinterpret_cast<intptr_t>(value)));
+    return CV_IntResult(1);
 }
 
 PyObject* PY_XPGetWidgetProperty(PyObject* self, PyObject* args) {
-    PyObject *widgetObject = nullptr, *outExists = nullptr;
+    PyObject *outExists = nullptr;
     int property = 0;
-    if (!PyArg_ParseTuple(args, "OiO", &widgetObject, &property, &outExists)) return nullptr;
     XPWidgetID widget = nullptr;
-    if (!WidgetArgument(widgetObject, &widget)) return nullptr;
+    if (!PyArg_ParseTuple(args, "O&iO", CV_PointerArg, &widget, &property, &outExists)) return nullptr;
     if (!CV_CheckOutputList(outExists)) return nullptr;
     int exists = 0;
     intptr_t value = 0;
-    CV_SDK_GUARD(kModule, "XPGetWidgetProperty", IntResult(0),
-                 value = XPGetWidgetProperty(widget, property, OutPointer(outExists, &exists)));
+    CV_SDK_GUARD(kModule, "XPGetWidgetProperty", CV_IntResult(0),
+                 value = XPGetWidgetProperty(widget, property, CV_OutPointer(outExists, &exists)));
     if (!CV_StoreOutput(outExists, PyLong_FromLong(exists))) return nullptr;
     return PyLong_FromSsize_t(static_cast<Py_ssize_t>(value));
 }
@@ -431,16 +366,19 @@ PyObject* PY_XPLoseKeyboardFocus(PyObject* self, PyObject* args) {
 
 PyObject* PY_XPGetWidgetWithFocus(PyObject* self, PyObject* args) {
     XPWidgetID widget = nullptr;
-    CV_FUNCTION_GUARD("XPGetWidgetWithFocus", IntResult(0), widget = XPGetWidgetWithFocus());
-    return HandleResult(widget);
+    if (!CV_Guarded(kModule, "XPGetWidgetWithFocus", [&] { widget = XPGetWidgetWithFocus(); }, CV_FUNCTION_ERROR))
+        return CV_IntResult(0);
+    return CV_HandleResult(widget);
 }
 
 PyObject* PY_XPGetWidgetClassFunc(PyObject* self, PyObject* args) {
     int widgetClass = 0;
     if (!PyArg_ParseTuple(args, "i", &widgetClass)) return nullptr;
     XPWidgetFunc_t classFunction = nullptr;
-    CV_FUNCTION_GUARD("XPGetWidgetClassFunc", IntResult(0), classFunction = XPGetWidgetClassFunc(widgetClass));
-    return HandleResult(reinterpret_cast<void*>(classFunction));
+    if (!CV_Guarded(kModule, "XPGetWidgetClassFunc", [&] { classFunction = XPGetWidgetClassFunc(widgetClass); },
+                    CV_FUNCTION_ERROR))
+        return CV_IntResult(0);
+    return CV_HandleResult(reinterpret_cast<void*>(classFunction));
 }
 
 PyMethodDef XPWidgetsMethods[] = {

@@ -88,7 +88,8 @@ void ParseResult(PyObject* result, const char* format, T* value) {
     Py_DECREF(result);
 }
 
-// The common path of the kinds whose SDK callback returns nothing: M 0, N 1, F 1.
+// The common path of the kinds whose SDK callback returns nothing: 0 when the script was not
+// reached, else 1.
 int CallWithoutResult(const _CallbackList* entry, const char* missingLine, PyObject* (*buildArgs)(const Target&, const void*),
                       const void* context) {
     Target t;
@@ -106,22 +107,36 @@ int CallWithoutResult(const _CallbackList* entry, const char* missingLine, PyObj
     return 1;
 }
 
+// What a dispatcher answers the simulator when it has no answer of the script's: a result that
+// does not convert also leaves `notCalled`.
+template <typename T>
+struct Answers {
+    T notCalled;   // Reach::Skip
+    T noCallable;  // Reach::NoCallable
+    T failed;      // the script's call raised
+};
+// 0 when the script was not reached, else 1 (draw callbacks, key sniffers, scalar getters).
+template <typename T>
+constexpr Answers<T> kOneOnceReached{T(0), T(1), T(1)};
+// 0 whatever happened (window mouse and cursor handlers, command handlers).
+constexpr Answers<int> kAlwaysZero{0, 0, 0};
+
 // The common path of the kinds whose result is parsed with one format.
 template <typename T>
-T CallWithResult(const _CallbackList* entry, const char* missingLine, T missing, T noCallable, T failed,
-                 const char* format, PyObject* args_if_called(const Target&, const void*), const void* context) {
+T CallWithResult(const _CallbackList* entry, const char* missingLine, const Answers<T>& answers, const char* format,
+                 PyObject* args_if_called(const Target&, const void*), const void* context) {
     Target t;
     switch (Resolve(entry, t)) {
-        case Reach::Skip: return missing;
-        case Reach::NoCallable: CannotFind(missingLine); return noCallable;
+        case Reach::Skip: return answers.notCalled;
+        case Reach::NoCallable: CannotFind(missingLine); return answers.noCallable;
         case Reach::Call: break;
     }
     PyObject* result = CallScript(t.callable, args_if_called(t, context));
     if (result == nullptr) {
         CV_PrintPythonError();
-        return failed;
+        return answers.failed;
     }
-    T value = missing;
+    T value = answers.notCalled;
     ParseResult(result, format, &value);
     return value;
 }
@@ -285,7 +300,7 @@ int CallUserDrawCallback(XPLMDrawingPhase inPhase, int inIsBefore, void* inRefco
     if (LeftBehind(static_cast<const _CallbackList*>(inRefcon))) return 1;
     DrawArgs a{inPhase, inIsBefore};
     return CallWithResult<int>(
-        static_cast<const _CallbackList*>(inRefcon), "Cannot find method DrawCallback\n", 0, 1, 1, "i",
+        static_cast<const _CallbackList*>(inRefcon), "Cannot find method DrawCallback\n", kOneOnceReached<int>, "i",
         [](const Target& t, const void* c) {
             auto* a = static_cast<const DrawArgs*>(c);
             return Py_BuildValue("(iiN)", a->phase, a->isBefore, RefconObject(t.refcon));
@@ -297,7 +312,7 @@ int CallUserKeySnifferCallback(char inChar, XPLMKeyFlags inFlags, char inVirtual
     if (LeftBehind(static_cast<const _CallbackList*>(inRefcon))) return 1;
     KeySnifferArgs a{inChar, inFlags, inVirtualKey};
     return CallWithResult<int>(
-        static_cast<const _CallbackList*>(inRefcon), "Cannot find method KeySnifferCallback\n", 0, 1, 1, "i",
+        static_cast<const _CallbackList*>(inRefcon), "Cannot find method KeySnifferCallback\n", kOneOnceReached<int>, "i",
         [](const Target& t, const void* c) {
             auto* a = static_cast<const KeySnifferArgs*>(c);
             return Py_BuildValue("(biiN)", static_cast<int>(a->key), a->flags,
@@ -352,7 +367,7 @@ int CallUserKeyCallback(XPLMWindowID inWindowID, char inKey, XPLMKeyFlags inFlag
 int CallUserMouseClickCallback(XPLMWindowID inWindowID, int x, int y, XPLMMouseStatus inMouse, void* inRefcon) {
     WindowArgs a{inWindowID, x, y, inMouse, 0};
     return CallWithResult<int>(
-        Slot(inRefcon, CV_WindowMouseClickSlot), "Cannot find method MouseClickCallback\n", 0, 0, 0, "i",
+        Slot(inRefcon, CV_WindowMouseClickSlot), "Cannot find method MouseClickCallback\n", kAlwaysZero, "i",
         [](const Target& t, const void* c) {
             auto* a = static_cast<const WindowArgs*>(c);
             return Py_BuildValue("(NiiiN)", PyLong_FromVoidPtr(a->window), a->x, a->y, a->a, RefconObject(t.refcon));
@@ -363,7 +378,7 @@ int CallUserMouseClickCallback(XPLMWindowID inWindowID, int x, int y, XPLMMouseS
 XPLMCursorStatus CallUserCursorStatusCallback(XPLMWindowID inWindowID, int x, int y, void* inRefcon) {
     WindowArgs a{inWindowID, x, y, 0, 0};
     return CallWithResult<int>(
-        Slot(inRefcon, CV_WindowCursorStatusSlot), "Cannot find method CursorStatusCallback\n", 0, 0, 0, "i",
+        Slot(inRefcon, CV_WindowCursorStatusSlot), "Cannot find method CursorStatusCallback\n", kAlwaysZero, "i",
         [](const Target& t, const void* c) {
             auto* a = static_cast<const WindowArgs*>(c);
             return Py_BuildValue("(NiiN)", PyLong_FromVoidPtr(a->window), a->x, a->y, RefconObject(t.refcon));
@@ -374,7 +389,7 @@ XPLMCursorStatus CallUserCursorStatusCallback(XPLMWindowID inWindowID, int x, in
 int CallUserMouseWheelCallback(XPLMWindowID inWindowID, int x, int y, int wheel, int clicks, void* inRefcon) {
     WindowArgs a{inWindowID, x, y, wheel, clicks};
     return CallWithResult<int>(
-        Slot(inRefcon, CV_WindowMouseWheelSlot), "Cannot find method MouseWheelCallback\n", 0, 0, 0, "i",
+        Slot(inRefcon, CV_WindowMouseWheelSlot), "Cannot find method MouseWheelCallback\n", kAlwaysZero, "i",
         [](const Target& t, const void* c) {
             auto* a = static_cast<const WindowArgs*>(c);
             return Py_BuildValue("(NiiiiN)", PyLong_FromVoidPtr(a->window), a->x, a->y, a->a, a->b,
@@ -403,7 +418,7 @@ int CallUserCommandCallback(XPLMCommandRef inCommand, XPLMCommandPhase inPhase, 
     if (LeftBehind(static_cast<const _CallbackList*>(inRefcon))) return 1;
     CommandArgs a{inCommand, inPhase};
     return CallWithResult<int>(
-        static_cast<const _CallbackList*>(inRefcon), "Cannot find method CommandCallback\n", 0, 0, 0, "i",
+        static_cast<const _CallbackList*>(inRefcon), "Cannot find method CommandCallback\n", kAlwaysZero, "i",
         [](const Target& t, const void* c) {
             auto* a = static_cast<const CommandArgs*>(c);
             // The command handle in full, so that it equals what XPLMFindCommand gave the script.
@@ -586,13 +601,13 @@ int CallUserWidgetCallback(XPWidgetMessage inMessage, XPWidgetID inWidget, intpt
 int CallUserGetDatai_Callback(void* inRefcon) {
     const _CallbackList* entry = Slot(inRefcon, CV_AccessorIntSlot);
     if (entry == nullptr) return 0;
-    return CallWithResult<int>(entry, "Cannot find method UserGetDataiCallback\n", 0, 1, 1, "i", RefconOnly, nullptr);
+    return CallWithResult<int>(entry, "Cannot find method UserGetDataiCallback\n", kOneOnceReached<int>, "i", RefconOnly, nullptr);
 }
 
 float CallUserGetDataf_Callback(void* inRefcon) {
     const _CallbackList* entry = Slot(inRefcon, CV_AccessorFloatSlot);
     if (entry == nullptr) return 0.0f;
-    return CallWithResult<float>(entry, "Cannot find method UserGetDataf_Callback\n", 0.0f, 1.0f, 1.0f, "f", RefconOnly,
+    return CallWithResult<float>(entry, "Cannot find method UserGetDataf_Callback\n", kOneOnceReached<float>, "f", RefconOnly,
                                  nullptr);
 }
 
@@ -600,7 +615,7 @@ double CallUserGetDatad_Callback(void* inRefcon) {
     const _CallbackList* entry = Slot(inRefcon, CV_AccessorDoubleSlot);
     if (entry == nullptr) return 0.0;
     // The double getter reports a missing callable with the float getter's line.
-    return CallWithResult<double>(entry, "Cannot find method UserGetDataf_Callback\n", 0.0, 1.0, 1.0, "d", RefconOnly,
+    return CallWithResult<double>(entry, "Cannot find method UserGetDataf_Callback\n", kOneOnceReached<double>, "d", RefconOnly,
                                   nullptr);
 }
 

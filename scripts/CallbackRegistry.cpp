@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
+#include <iterator>
 
 #include "CV_ScriptTable.h"
 #include "LogFiles.h"
@@ -87,26 +88,6 @@ void FreeWidgetEntry(_WidgetCallbackListEntry* entry) {
     const unsigned generation = entry->generation;
     delete entry;
     ReleaseCallable(callable, holds, generation);
-}
-
-// The check of one callback list: its size, the script of every record, the mismatch line; then
-// the list is emptied. The records are not freed, since the simulator may still call with them.
-void CheckCallbackList(CV_CallbackVector& list, const char* name) {
-    if (list.empty()) return;
-    CV_WriteToLogf("%s size = %d\n", name, static_cast<int>(list.size()));
-    for (_CallbackList* entry : list) {
-        _CallbackRecord* record = entry ? entry->record : nullptr;
-        if (record != nullptr && record->scriptId != nullptr) WriteScriptInfo(record->scriptId);
-    }
-    CV_WriteToLog("Mismatch of callback creation and destruction.\n");
-    list.clear();
-}
-
-// Refcon block lists only report; the blocks stay where they are.
-void CheckBlockList(const CV_BlockVector& list, const char* name) {
-    if (list.empty()) return;
-    CV_WriteToLogf("%s size = %d\n", name, static_cast<int>(list.size()));
-    CV_WriteToLogf("Mismatch of %s creation and destruction.\n", name);
 }
 
 }  // namespace
@@ -247,91 +228,89 @@ void CV_ScriptTable::DeleteWidgetChildCallbacks(CV_WidgetCallbackVector* list, P
     for (_WidgetCallbackListEntry* e : removed) FreeWidgetEntry(e);
 }
 
+// ---------------------------------------------------------------- the table of lists
+
+#define CV_CALLBACKS(list, check) {#list, #check, &list, nullptr, nullptr}
+#define CV_BLOCKS(list, check) {#list, #check, nullptr, &list, nullptr}
+
+const CV_ListEntry CV_CallbackLists[34] = {
+    CV_CALLBACKS(CameraCallbackList, CV_CheckCameraCallbacks),
+    CV_CALLBACKS(SharedDataCallbackList, CV_CheckSharedDataCallbacks),
+    CV_CALLBACKS(GetDataiCallbackList, CV_CheckGetDataiCallbacks),
+    CV_CALLBACKS(SetDataiCallbackList, CV_CheckSetDataiCallbacks),
+    CV_CALLBACKS(GetDatafCallbackList, CV_CheckGetDatafCallbacks),
+    CV_CALLBACKS(SetDatafCallbackList, CV_CheckSetDatafCallbacks),
+    CV_CALLBACKS(GetDatadCallbackList, CV_CheckGetDatadCallbacks),
+    CV_CALLBACKS(SetDatadCallbackList, CV_CheckSetDatadCallbacks),
+    CV_CALLBACKS(GetDataviCallbackList, CV_CheckGetDataviCallbacks),
+    CV_CALLBACKS(SetDataviCallbackList, CV_CheckSetDataviCallbacks),
+    CV_CALLBACKS(GetDatavfCallbackList, CV_CheckGetDatavfCallbacks),
+    CV_CALLBACKS(SetDatavfCallbackList, CV_CheckSetDatavfCallbacks),
+    CV_CALLBACKS(GetDatabCallbackList, CV_CheckGetDatabCallbacks),
+    CV_CALLBACKS(SetDatabCallbackList, CV_CheckSetDatabCallbacks),
+    CV_BLOCKS(GetDataMemoryPointerList, CV_CheckGetDataMemoryPointerList),
+    CV_BLOCKS(SetDataMemoryPointerList, CV_CheckSetDataMemoryPointerList),
+    CV_CALLBACKS(KeySnifferCallbackList, CV_CheckKeySnifferCallbacks),
+    CV_CALLBACKS(HotKeyCallbackList, CV_CheckHotKeyCallbacks),
+    CV_CALLBACKS(DrawWindowCallbackList, CV_CheckDrawWindowCallbacks),
+    CV_CALLBACKS(KeyCallbackList, CV_CheckKeyCallbacks),
+    CV_CALLBACKS(MouseClickCallbackList, CV_CheckMouseClickCallbacks),
+    CV_CALLBACKS(CursorStatusCallbackList, CV_CheckCursorStatusCallbacks),
+    CV_CALLBACKS(MouseWheelCallbackList, CV_CheckMouseWheelCallbacks),
+    CV_BLOCKS(DrawWindowMemoryPointerList, CV_CheckDrawWindowMemoryPointerList),
+    CV_CALLBACKS(DrawCallbackList, CV_CheckDrawCallbacks),
+    CV_CALLBACKS(MenuCallbackList, CV_CheckMenuCallbacks),
+    CV_CALLBACKS(PlanesAvailableCallbackList, CV_CheckPlanesAvailableCallbacks),
+    CV_CALLBACKS(FeatureEnumeratorCallbackList, CV_CheckFeatureEnumeratorCallbacks),
+    CV_CALLBACKS(FlightLoopCallbackList, CV_CheckFlightLoopCallbacks),
+    CV_CALLBACKS(LibraryEnumeratorCallbackList, CV_CheckLibraryEnumeratorCallbacks),
+    CV_CALLBACKS(ObjectLoadedCallbackList, CV_CheckObjectLoadedCallbacks),
+    CV_CALLBACKS(CommandCallbackList, CV_CheckCommandCallbacks),
+    CV_CALLBACKS(ErrorCallbackList, CV_CheckErrorCallbacks),
+    {"WidgetCallbackList", "CV_CheckWidgetCallbacks", nullptr, nullptr, &WidgetCallbackList},
+};
+
+#undef CV_CALLBACKS
+#undef CV_BLOCKS
+
+size_t CV_ListEntry::Size() const {
+    if (callbacks) return callbacks->size();
+    if (blocks) return blocks->size();
+    return widgets ? widgets->size() : 0;
+}
+
+const CV_ListEntry* CV_FindList(const void* list) {
+    for (const CV_ListEntry& e : CV_CallbackLists)
+        if (list == e.callbacks || list == e.blocks || list == e.widgets) return &e;
+    return nullptr;
+}
+
 // ---------------------------------------------------------------- integrity check
-
-void CV_CheckCameraCallbacks() { CheckCallbackList(CameraCallbackList, "CameraCallbackList"); }
-void CV_CheckSharedDataCallbacks() { CheckCallbackList(SharedDataCallbackList, "SharedDataCallbackList"); }
-void CV_CheckGetDataiCallbacks() { CheckCallbackList(GetDataiCallbackList, "GetDataiCallbackList"); }
-void CV_CheckSetDataiCallbacks() { CheckCallbackList(SetDataiCallbackList, "SetDataiCallbackList"); }
-void CV_CheckGetDatafCallbacks() { CheckCallbackList(GetDatafCallbackList, "GetDatafCallbackList"); }
-void CV_CheckSetDatafCallbacks() { CheckCallbackList(SetDatafCallbackList, "SetDatafCallbackList"); }
-void CV_CheckGetDatadCallbacks() { CheckCallbackList(GetDatadCallbackList, "GetDatadCallbackList"); }
-void CV_CheckSetDatadCallbacks() { CheckCallbackList(SetDatadCallbackList, "SetDatadCallbackList"); }
-void CV_CheckGetDataviCallbacks() { CheckCallbackList(GetDataviCallbackList, "GetDataviCallbackList"); }
-void CV_CheckSetDataviCallbacks() { CheckCallbackList(SetDataviCallbackList, "SetDataviCallbackList"); }
-void CV_CheckGetDatavfCallbacks() { CheckCallbackList(GetDatavfCallbackList, "GetDatavfCallbackList"); }
-void CV_CheckSetDatavfCallbacks() { CheckCallbackList(SetDatavfCallbackList, "SetDatavfCallbackList"); }
-void CV_CheckGetDatabCallbacks() { CheckCallbackList(GetDatabCallbackList, "GetDatabCallbackList"); }
-void CV_CheckSetDatabCallbacks() { CheckCallbackList(SetDatabCallbackList, "SetDatabCallbackList"); }
-void CV_CheckGetDataMemoryPointerList() { CheckBlockList(GetDataMemoryPointerList, "GetDataMemoryPointerList"); }
-void CV_CheckSetDataMemoryPointerList() { CheckBlockList(SetDataMemoryPointerList, "SetDataMemoryPointerList"); }
-void CV_CheckKeySnifferCallbacks() { CheckCallbackList(KeySnifferCallbackList, "KeySnifferCallbackList"); }
-void CV_CheckHotKeyCallbacks() { CheckCallbackList(HotKeyCallbackList, "HotKeyCallbackList"); }
-void CV_CheckDrawWindowCallbacks() { CheckCallbackList(DrawWindowCallbackList, "DrawWindowCallbackList"); }
-void CV_CheckKeyCallbacks() { CheckCallbackList(KeyCallbackList, "KeyCallbackList"); }
-void CV_CheckMouseClickCallbacks() { CheckCallbackList(MouseClickCallbackList, "MouseClickCallbackList"); }
-void CV_CheckCursorStatusCallbacks() { CheckCallbackList(CursorStatusCallbackList, "CursorStatusCallbackList"); }
-void CV_CheckMouseWheelCallbacks() { CheckCallbackList(MouseWheelCallbackList, "MouseWheelCallbackList"); }
-void CV_CheckDrawWindowMemoryPointerList() { CheckBlockList(DrawWindowMemoryPointerList, "DrawWindowMemoryPointerList"); }
-void CV_CheckDrawCallbacks() { CheckCallbackList(DrawCallbackList, "DrawCallbackList"); }
-void CV_CheckMenuCallbacks() { CheckCallbackList(MenuCallbackList, "MenuCallbackList"); }
-void CV_CheckPlanesAvailableCallbacks() { CheckCallbackList(PlanesAvailableCallbackList, "PlanesAvailableCallbackList"); }
-void CV_CheckFeatureEnumeratorCallbacks() {
-    CheckCallbackList(FeatureEnumeratorCallbackList, "FeatureEnumeratorCallbackList");
-}
-void CV_CheckFlightLoopCallbacks() { CheckCallbackList(FlightLoopCallbackList, "FlightLoopCallbackList"); }
-void CV_CheckLibraryEnumeratorCallbacks() {
-    CheckCallbackList(LibraryEnumeratorCallbackList, "LibraryEnumeratorCallbackList");
-}
-void CV_CheckObjectLoadedCallbacks() { CheckCallbackList(ObjectLoadedCallbackList, "ObjectLoadedCallbackList"); }
-void CV_CheckCommandCallbacks() { CheckCallbackList(CommandCallbackList, "CommandCallbackList"); }
-void CV_CheckErrorCallbacks() { CheckCallbackList(ErrorCallbackList, "ErrorCallbackList"); }
-
-void CV_CheckWidgetCallbacks() {
-    if (WidgetCallbackList.empty()) return;
-    CV_WriteToLogf("WidgetCallbackList size = %d\n", static_cast<int>(WidgetCallbackList.size()));
-    for (_WidgetCallbackListEntry* e : WidgetCallbackList)
-        if (e != nullptr && e->scriptId != nullptr) WriteScriptInfo(e->scriptId);
-    CV_WriteToLog("Mismatch of callback creation and destruction.\n");
-    WidgetCallbackList.clear();
-}
 
 void CV_CheckAllCallbacks() {
     CV_WriteToLog("\n*** Checking Integrity of Callbacks Started. ***\n");
-    CV_CheckCameraCallbacks();
-    CV_CheckSharedDataCallbacks();
-    CV_CheckGetDataiCallbacks();
-    CV_CheckSetDataiCallbacks();
-    CV_CheckGetDatafCallbacks();
-    CV_CheckSetDatafCallbacks();
-    CV_CheckGetDatadCallbacks();
-    CV_CheckSetDatadCallbacks();
-    CV_CheckGetDataviCallbacks();
-    CV_CheckSetDataviCallbacks();
-    CV_CheckGetDatavfCallbacks();
-    CV_CheckSetDatavfCallbacks();
-    CV_CheckGetDatabCallbacks();
-    CV_CheckSetDatabCallbacks();
-    CV_CheckGetDataMemoryPointerList();
-    CV_CheckSetDataMemoryPointerList();
-    CV_CheckKeySnifferCallbacks();
-    CV_CheckHotKeyCallbacks();
-    CV_CheckDrawWindowCallbacks();
-    CV_CheckKeyCallbacks();
-    CV_CheckMouseClickCallbacks();
-    CV_CheckCursorStatusCallbacks();
-    CV_CheckMouseWheelCallbacks();
-    CV_CheckDrawWindowMemoryPointerList();
-    CV_CheckDrawCallbacks();
-    CV_CheckMenuCallbacks();
-    CV_CheckPlanesAvailableCallbacks();
-    CV_CheckFeatureEnumeratorCallbacks();
-    CV_CheckFlightLoopCallbacks();
-    CV_CheckLibraryEnumeratorCallbacks();
-    CV_CheckObjectLoadedCallbacks();
-    CV_CheckCommandCallbacks();
-    CV_CheckErrorCallbacks();
-    CV_CheckWidgetCallbacks();
+    for (const CV_ListEntry& e : CV_CallbackLists) {
+        if (e.Size() == 0) continue;
+        CV_WriteToLogf("%s size = %d\n", e.name, static_cast<int>(e.Size()));
+        if (e.blocks) {
+            // Refcon block lists only report; the blocks stay where they are.
+            CV_WriteToLogf("Mismatch of %s creation and destruction.\n", e.name);
+            continue;
+        }
+        if (e.callbacks) {
+            for (_CallbackList* entry : *e.callbacks) {
+                _CallbackRecord* record = entry ? entry->record : nullptr;
+                if (record != nullptr && record->scriptId != nullptr) WriteScriptInfo(record->scriptId);
+            }
+        } else {
+            for (_WidgetCallbackListEntry* entry : *e.widgets)
+                if (entry != nullptr && entry->scriptId != nullptr) WriteScriptInfo(entry->scriptId);
+        }
+        CV_WriteToLog("Mismatch of callback creation and destruction.\n");
+        // The records are not freed: the simulator may still call with them.
+        if (e.callbacks) e.callbacks->clear();
+        if (e.widgets) e.widgets->clear();
+    }
     CV_WriteToLog("*** Checking Integrity of Callbacks Finished. ***\n\n");
 }
 
@@ -346,18 +325,142 @@ std::string CV_FormatText(const char* format, ...) {
     return text;
 }
 
-void CV_DebugCallbackTrace(const char* function, const std::string& details, std::initializer_list<CV_ListSize> sizes) {
+CV_ListSize::CV_ListSize(const CV_CallbackVector& list) : name(""), size(list.size()) {
+    if (const CV_ListEntry* e = CV_FindList(&list)) name = e->name;
+}
+
+CV_ListSize::CV_ListSize(const CV_WidgetCallbackVector& list) : name(""), size(list.size()) {
+    if (const CV_ListEntry* e = CV_FindList(&list)) name = e->name;
+}
+
+std::vector<CV_ListSize> CV_ListSizes(const CV_CallbackVector& first, size_t count) {
+    std::vector<CV_ListSize> sizes;
+    const CV_ListEntry* e = CV_FindList(&first);
+    const CV_ListEntry* end = std::end(CV_CallbackLists);
+    for (; e != nullptr && e != end && sizes.size() < count; ++e) sizes.emplace_back(e->name, e->Size());
+    return sizes;
+}
+
+void CV_DebugCallbackTrace(const char* function, const std::string& details, const std::vector<CV_ListSize>& sizes) {
     CV_WriteToLogf("%s\n", function);
     CV_WriteToLog(details.c_str());
     for (const CV_ListSize& s : sizes) CV_WriteToLogf("%s size = %d\n", s.name, static_cast<int>(s.size));
     CV_WriteToLogf("%s\n", function);
 }
 
-void CV_TakeOutOfList(CV_CallbackVector* list, _CallbackList* entry, int index) {
-    if (index >= 0 && static_cast<size_t>(index) < list->size() && (*list)[index] == entry) {
-        list->erase(list->begin() + index);
-        return;
+// ---------------------------------------------------------------- records the simulator still holds
+
+namespace {
+
+struct HeldRegistration {
+    const void* list;
+    const void* key;
+    _CallbackList* record;
+    std::vector<_CallbackList**> blocks;
+    int slots;
+};
+std::vector<HeldRegistration> gHeld;
+std::vector<_CallbackList*> gRetiredRecords;
+std::vector<_CallbackList**> gRetiredBlocks;
+
+bool RecordReachable(const _CallbackList* entry) {
+    for (const HeldRegistration& h : gHeld) {
+        if (h.record == entry) return true;
+        for (_CallbackList** block : h.blocks)
+            for (int slot = 0; block != nullptr && slot < h.slots; ++slot)
+                if (block[slot] == entry) return true;
     }
-    auto it = std::find(list->begin(), list->end(), entry);
-    if (it != list->end()) list->erase(it);
+    return false;
 }
+
+bool BlockReachable(_CallbackList** block) {
+    for (const HeldRegistration& h : gHeld)
+        for (_CallbackList** b : h.blocks)
+            if (b == block) return true;
+    return false;
+}
+
+HeldRegistration* FindHeld(const void* list, const void* key) {
+    for (HeldRegistration& h : gHeld)
+        if (h.list == list && h.key == key) return &h;
+    return nullptr;
+}
+
+}  // namespace
+
+void CV_Hold(const void* list, const void* key, _CallbackList* record, std::initializer_list<_CallbackList**> blocks,
+             int slots) {
+    HeldRegistration held{list, key, record, blocks, slots};
+    if (HeldRegistration* h = FindHeld(list, key))
+        *h = std::move(held);
+    else
+        gHeld.push_back(std::move(held));
+}
+
+void CV_Release(const void* list, const void* key) {
+    gHeld.erase(std::remove_if(gHeld.begin(), gHeld.end(),
+                               [&](const HeldRegistration& h) { return h.list == list && h.key == key; }),
+                gHeld.end());
+    CV_FreeRetired();
+}
+
+bool CV_IsHeld(const void* list, const void* key) { return FindHeld(list, key) != nullptr; }
+
+_CallbackList** CV_HeldBlock(const void* list, const void* key, size_t which) {
+    const HeldRegistration* h = FindHeld(list, key);
+    return h != nullptr && which < h->blocks.size() ? h->blocks[which] : nullptr;
+}
+
+bool CV_BlockIsHeld(const void* list, _CallbackList** block) {
+    if (block == nullptr) return false;
+    for (const HeldRegistration& h : gHeld)
+        if (h.list == list && std::find(h.blocks.begin(), h.blocks.end(), block) != h.blocks.end()) return true;
+    return false;
+}
+
+void CV_RetireRecord(CV_CallbackVector* list, _CallbackList* entry, int index) {
+    if (entry == nullptr) return;
+    EraseElement(list, entry, index);
+    gRetiredRecords.push_back(entry);
+    CV_FreeRetired();
+}
+
+_CallbackList** CV_RetireBlock(CV_BlockVector* list, int index, _CallbackList** own) {
+    if (list->empty()) return nullptr;
+    size_t at = static_cast<size_t>(std::max(index, 0));
+    if (at >= list->size()) {
+        auto found = std::find(list->begin(), list->end(), own);
+        at = found != list->end() ? static_cast<size_t>(found - list->begin()) : list->size() - 1;
+    }
+    _CallbackList** block = (*list)[at];
+    list->erase(list->begin() + static_cast<long>(at));
+    gRetiredBlocks.push_back(block);
+    CV_FreeRetired();
+    return block;
+}
+
+void CV_FreeRetired() {
+    // Everything to free leaves the retired lists first: freeing a record drops the reference on its
+    // callable, which may run script code that registers or retires again.
+    std::vector<_CallbackList*> records;
+    for (size_t i = 0; i < gRetiredRecords.size();) {
+        if (RecordReachable(gRetiredRecords[i])) {
+            ++i;
+            continue;
+        }
+        records.push_back(gRetiredRecords[i]);
+        gRetiredRecords.erase(gRetiredRecords.begin() + static_cast<long>(i));
+    }
+    for (size_t i = 0; i < gRetiredBlocks.size();) {
+        if (BlockReachable(gRetiredBlocks[i])) {
+            ++i;
+            continue;
+        }
+        delete[] gRetiredBlocks[i];
+        gRetiredBlocks.erase(gRetiredBlocks.begin() + static_cast<long>(i));
+    }
+    for (_CallbackList* entry : records)
+        if (CVTestTable != nullptr) CVTestTable->DeleteCallback(nullptr, entry, -1);
+}
+
+size_t CV_RetiredCount() { return gRetiredRecords.size() + gRetiredBlocks.size(); }

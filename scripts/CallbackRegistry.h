@@ -113,54 +113,65 @@ extern unsigned CV_InterpreterGeneration;
 // Call once per start of the interpreter, right after it is initialised, before any script runs.
 void CV_BeginInterpreterGeneration();
 
-// Takes a record out of its list without freeing it (for records the simulator still holds): at
-// index when it is there, else wherever it is.
-void CV_TakeOutOfList(CV_CallbackVector* list, _CallbackList* entry, int index);
 // True when the record belongs to the running interpreter (and so may be called).
 inline bool CV_IsCurrentGeneration(unsigned generation) {
     return generation == CV_InterpreterGeneration && Py_IsInitialized();
 }
 
+// ---------------------------------------------------------------- records the simulator still holds
+
+// A record leaves its list when the script's unregistration says so, but the simulator may still
+// call through it: an unregistration the simulator refused (another drawing phase than the one
+// registered), a record that another registration still reaches (two hot keys, menus or windows
+// sharing one method leave one registration's handle in the other's record), a refcon block taken
+// out by position rather than by owner (accessor and window blocks). So every registration the
+// simulator accepted is held, under its list and its key (the SDK's handle, or the record itself
+// where the SDK gives none), with what it calls through; what is retired from a list is freed as
+// soon as no held registration reaches it, and not before.
+
+// The simulator holds registration `key` of `list` and calls through `record` and/or the blocks
+// (`slots` records each). Holding the same list and key again replaces what it reaches.
+void CV_Hold(const void* list, const void* key, _CallbackList* record,
+             std::initializer_list<_CallbackList**> blocks = {}, int slots = 0);
+// The simulator let go of the registration: frees whatever was retired and is now out of reach.
+void CV_Release(const void* list, const void* key);
+bool CV_IsHeld(const void* list, const void* key);
+// The `which`-th block the registration reaches, or null.
+_CallbackList** CV_HeldBlock(const void* list, const void* key, size_t which = 0);
+// True when a registration of `list` reaches the block.
+bool CV_BlockIsHeld(const void* list, _CallbackList** block);
+
+// Takes a record out of its list (at index when it is there, else wherever it is) and frees it,
+// at once when nothing held reaches it, else as soon as nothing does.
+void CV_RetireRecord(CV_CallbackVector* list, _CallbackList* entry, int index);
+// Takes the block at `index` out of a block list (an index past the end falls back to `own`, else
+// the last block) and frees it once nothing held reaches it. Returns the block taken out.
+_CallbackList** CV_RetireBlock(CV_BlockVector* list, int index, _CallbackList** own);
+// Frees whatever was retired and is out of reach.
+void CV_FreeRetired();
+// How many retired records and blocks wait for the simulator to let go of them.
+size_t CV_RetiredCount();
+
 // ---------------------------------------------------------------- integrity check
 
-// Reports registrations that scripts left behind, list by list, and empties the callback lists
-// (without freeing: the simulator may still hold the records as refcons).
-void CV_CheckAllCallbacks();
+// Every callback list, in the order the integrity check reports them, with the name its size line
+// shows and the name of its check. Exactly one of the three list pointers is set.
+struct CV_ListEntry {
+    const char* name;   // "FlightLoopCallbackList"
+    const char* check;  // "CV_CheckFlightLoopCallbacks"
+    CV_CallbackVector* callbacks;
+    CV_BlockVector* blocks;
+    CV_WidgetCallbackVector* widgets;
+    size_t Size() const;
+};
+extern const CV_ListEntry CV_CallbackLists[34];
+// The table's entry of a list, or null.
+const CV_ListEntry* CV_FindList(const void* list);
 
-void CV_CheckCameraCallbacks();
-void CV_CheckSharedDataCallbacks();
-void CV_CheckGetDataiCallbacks();
-void CV_CheckSetDataiCallbacks();
-void CV_CheckGetDatafCallbacks();
-void CV_CheckSetDatafCallbacks();
-void CV_CheckGetDatadCallbacks();
-void CV_CheckSetDatadCallbacks();
-void CV_CheckGetDataviCallbacks();
-void CV_CheckSetDataviCallbacks();
-void CV_CheckGetDatavfCallbacks();
-void CV_CheckSetDatavfCallbacks();
-void CV_CheckGetDatabCallbacks();
-void CV_CheckSetDatabCallbacks();
-void CV_CheckGetDataMemoryPointerList();
-void CV_CheckSetDataMemoryPointerList();
-void CV_CheckKeySnifferCallbacks();
-void CV_CheckHotKeyCallbacks();
-void CV_CheckDrawWindowCallbacks();
-void CV_CheckKeyCallbacks();
-void CV_CheckMouseClickCallbacks();
-void CV_CheckCursorStatusCallbacks();
-void CV_CheckMouseWheelCallbacks();
-void CV_CheckDrawWindowMemoryPointerList();
-void CV_CheckDrawCallbacks();
-void CV_CheckMenuCallbacks();
-void CV_CheckPlanesAvailableCallbacks();
-void CV_CheckFeatureEnumeratorCallbacks();
-void CV_CheckFlightLoopCallbacks();
-void CV_CheckLibraryEnumeratorCallbacks();
-void CV_CheckObjectLoadedCallbacks();
-void CV_CheckCommandCallbacks();
-void CV_CheckErrorCallbacks();
-void CV_CheckWidgetCallbacks();
+// Reports registrations that scripts left behind, list by list in the table's order: callback
+// lists name the scripts of their records and are emptied (without freeing: the simulator may still
+// hold the records as refcons); block lists only report.
+void CV_CheckAllCallbacks();
 
 // ---------------------------------------------------------------- debug trace of registrations
 
@@ -168,11 +179,16 @@ void CV_CheckWidgetCallbacks();
 // its work: the SDK function's name, its own detail lines, the size line of each list it touched
 // ("<name> size = %d"), and the function's name again.
 struct CV_ListSize {
+    CV_ListSize(const char* listName, size_t listSize) : name(listName), size(listSize) {}
+    // A list by its table name.
+    CV_ListSize(const CV_CallbackVector& list);
+    CV_ListSize(const CV_WidgetCallbackVector& list);
     const char* name;  // the list name as the size line shows it
     size_t size;
 };
-void CV_DebugCallbackTrace(const char* function, const std::string& details,
-                           std::initializer_list<CV_ListSize> sizes);
+void CV_DebugCallbackTrace(const char* function, const std::string& details, const std::vector<CV_ListSize>& sizes);
+// The size lines of `count` lists that follow each other in the table, from `first` on.
+std::vector<CV_ListSize> CV_ListSizes(const CV_CallbackVector& first, size_t count);
 // printf into a std::string, for the detail lines.
 std::string CV_FormatText(const char* format, ...) __attribute__((format(printf, 1, 2)));
 // A script id, handle or pointer for "%lx": the full value, never cut to 32 bits.

@@ -48,20 +48,11 @@ protected:
         fs::remove_all(root_, ec);
     }
     static void ClearAllLists() {
-        for (CV_CallbackVector* l :
-             {&FlightLoopCallbackList, &GetDataiCallbackList, &SetDataiCallbackList, &GetDatafCallbackList,
-              &SetDatafCallbackList, &GetDatadCallbackList, &SetDatadCallbackList, &GetDataviCallbackList,
-              &SetDataviCallbackList, &GetDatavfCallbackList, &SetDatavfCallbackList, &GetDatabCallbackList,
-              &SetDatabCallbackList, &SharedDataCallbackList, &CameraCallbackList, &DrawCallbackList,
-              &KeySnifferCallbackList, &HotKeyCallbackList, &DrawWindowCallbackList, &MouseClickCallbackList,
-              &KeyCallbackList, &CursorStatusCallbackList, &MouseWheelCallbackList, &MenuCallbackList,
-              &FeatureEnumeratorCallbackList, &CommandCallbackList, &ErrorCallbackList, &PlanesAvailableCallbackList,
-              &LibraryEnumeratorCallbackList, &ObjectLoadedCallbackList})
-            l->clear();
-        WidgetCallbackList.clear();
-        GetDataMemoryPointerList.clear();
-        SetDataMemoryPointerList.clear();
-        DrawWindowMemoryPointerList.clear();
+        for (const CV_ListEntry& e : CV_CallbackLists) {
+            if (e.callbacks) e.callbacks->clear();
+            if (e.blocks) e.blocks->clear();
+            if (e.widgets) e.widgets->clear();
+        }
     }
     std::string Log() const {
         std::ifstream in(root_ + "/Resources/plugins/PythonScripts/CorvelleLog.txt");
@@ -248,59 +239,85 @@ TEST_F(CallbackRegistryTest, IntegrityCheckWithNothingLeftWritesOnlyItsFrame) {
 
 TEST_F(CallbackRegistryTest, EveryListIsCheckedInItsPlace) {
     CV_ScriptTable& t = *CVTestTable;
-    // One leftover in every list; the size lines must come in the check's order.
-    const std::pair<CV_CallbackVector*, const char*> lists[] = {
-        {&CameraCallbackList, "CameraCallbackList"},
-        {&SharedDataCallbackList, "SharedDataCallbackList"},
-        {&GetDataiCallbackList, "GetDataiCallbackList"},
-        {&SetDataiCallbackList, "SetDataiCallbackList"},
-        {&GetDatafCallbackList, "GetDatafCallbackList"},
-        {&SetDatafCallbackList, "SetDatafCallbackList"},
-        {&GetDatadCallbackList, "GetDatadCallbackList"},
-        {&SetDatadCallbackList, "SetDatadCallbackList"},
-        {&GetDataviCallbackList, "GetDataviCallbackList"},
-        {&SetDataviCallbackList, "SetDataviCallbackList"},
-        {&GetDatavfCallbackList, "GetDatavfCallbackList"},
-        {&SetDatavfCallbackList, "SetDatavfCallbackList"},
-        {&GetDatabCallbackList, "GetDatabCallbackList"},
-        {&SetDatabCallbackList, "SetDatabCallbackList"},
-        {nullptr, "GetDataMemoryPointerList"},
-        {nullptr, "SetDataMemoryPointerList"},
-        {&KeySnifferCallbackList, "KeySnifferCallbackList"},
-        {&HotKeyCallbackList, "HotKeyCallbackList"},
-        {&DrawWindowCallbackList, "DrawWindowCallbackList"},
-        {&KeyCallbackList, "KeyCallbackList"},
-        {&MouseClickCallbackList, "MouseClickCallbackList"},
-        {&CursorStatusCallbackList, "CursorStatusCallbackList"},
-        {&MouseWheelCallbackList, "MouseWheelCallbackList"},
-        {nullptr, "DrawWindowMemoryPointerList"},
-        {&DrawCallbackList, "DrawCallbackList"},
-        {&MenuCallbackList, "MenuCallbackList"},
-        {&PlanesAvailableCallbackList, "PlanesAvailableCallbackList"},
-        {&FeatureEnumeratorCallbackList, "FeatureEnumeratorCallbackList"},
-        {&FlightLoopCallbackList, "FlightLoopCallbackList"},
-        {&LibraryEnumeratorCallbackList, "LibraryEnumeratorCallbackList"},
-        {&ObjectLoadedCallbackList, "ObjectLoadedCallbackList"},
-        {&CommandCallbackList, "CommandCallbackList"},
-        {&ErrorCallbackList, "ErrorCallbackList"},
-        {nullptr, "WidgetCallbackList"},
-    };
+    // The report order of the check, pinned once; every size line must follow it.
+    std::string order;
+    for (const CV_ListEntry& e : CV_CallbackLists) order += std::string(e.name) + " ";
+    EXPECT_EQ(order,
+              "CameraCallbackList SharedDataCallbackList GetDataiCallbackList SetDataiCallbackList "
+              "GetDatafCallbackList SetDatafCallbackList GetDatadCallbackList SetDatadCallbackList "
+              "GetDataviCallbackList SetDataviCallbackList GetDatavfCallbackList SetDatavfCallbackList "
+              "GetDatabCallbackList SetDatabCallbackList GetDataMemoryPointerList SetDataMemoryPointerList "
+              "KeySnifferCallbackList HotKeyCallbackList DrawWindowCallbackList KeyCallbackList "
+              "MouseClickCallbackList CursorStatusCallbackList MouseWheelCallbackList DrawWindowMemoryPointerList "
+              "DrawCallbackList MenuCallbackList PlanesAvailableCallbackList FeatureEnumeratorCallbackList "
+              "FlightLoopCallbackList LibraryEnumeratorCallbackList ObjectLoadedCallbackList CommandCallbackList "
+              "ErrorCallbackList WidgetCallbackList ");
+
+    // One leftover in every list: callback lists end in the common mismatch line and are emptied,
+    // block lists name themselves and keep their blocks.
     _CallbackList* block[CV_WindowBlockSlots] = {};
-    GetDataMemoryPointerList.push_back(block);
-    SetDataMemoryPointerList.push_back(block);
-    DrawWindowMemoryPointerList.push_back(block);
-    t.AddWidgetCallback(&WidgetCallbackList, nullptr, Ptr(1), nullptr, 1, nullptr);
     std::string expected = "\n*** Checking Integrity of Callbacks Started. ***\n";
-    for (const auto& [list, name] : lists) {
-        if (list) t.AddCallback(list, nullptr, nullptr, Obj(1), Ptr(0));
-        expected += std::string(name) + " size = 1\n";
-        expected += (list || std::string(name) == "WidgetCallbackList")
-                        ? std::string("Mismatch of callback creation and destruction.\n")
-                        : "Mismatch of " + std::string(name) + " creation and destruction.\n";
+    for (const CV_ListEntry& e : CV_CallbackLists) {
+        if (e.callbacks) t.AddCallback(e.callbacks, nullptr, nullptr, Obj(1), Ptr(0));
+        if (e.blocks) e.blocks->push_back(block);
+        if (e.widgets) t.AddWidgetCallback(e.widgets, nullptr, Ptr(1), nullptr, 1, nullptr);
+        EXPECT_EQ(CV_FindList(e.callbacks ? static_cast<const void*>(e.callbacks)
+                                          : e.blocks ? static_cast<const void*>(e.blocks) : e.widgets),
+                  &e);
+        expected += std::string(e.name) + " size = 1\n";
+        expected += e.blocks ? "Mismatch of " + std::string(e.name) + " creation and destruction.\n"
+                             : std::string("Mismatch of callback creation and destruction.\n");
     }
     expected += "*** Checking Integrity of Callbacks Finished. ***\n\n";
     CV_CheckAllCallbacks();
     EXPECT_EQ(Log(), expected);
+    for (const CV_ListEntry& e : CV_CallbackLists) EXPECT_EQ(e.Size(), e.blocks ? 1u : 0u) << e.name;
+}
+
+// Records and blocks that leave their lists while the simulator still holds a registration that
+// reaches them stay allocated (ASan reports a read of freed memory otherwise) until it lets go.
+TEST_F(CallbackRegistryTest, RetiredRecordsAndBlocksLiveUntilNoHeldRegistrationReachesThem) {
+    CV_ScriptTable& t = *CVTestTable;
+    CV_CallbackVector& list = DrawWindowCallbackList;
+    _CallbackList* first = t.AddCallback(&list, Obj(0x10), nullptr, Obj(0x20), Ptr(0));
+    _CallbackList* second = t.AddCallback(&list, Obj(0x10), nullptr, Obj(0x20), Ptr(0));
+    _CallbackList** blockA = new _CallbackList*[CV_WindowBlockSlots]();
+    _CallbackList** blockB = new _CallbackList*[CV_WindowBlockSlots]();
+    blockA[CV_WindowDrawSlot] = first;
+    blockB[CV_WindowDrawSlot] = second;
+    DrawWindowMemoryPointerList = {blockA, blockB};
+    CV_Hold(&DrawWindowMemoryPointerList, Ptr(0xA), nullptr, {blockA, blockA}, CV_WindowBlockSlots);
+    CV_Hold(&DrawWindowMemoryPointerList, Ptr(0xB), nullptr, {blockB, blockB}, CV_WindowBlockSlots);
+    EXPECT_TRUE(CV_IsHeld(&DrawWindowMemoryPointerList, Ptr(0xA)));
+    EXPECT_FALSE(CV_IsHeld(&MenuCallbackList, Ptr(0xA)));  // held per list
+    EXPECT_EQ(CV_HeldBlock(&DrawWindowMemoryPointerList, Ptr(0xB), 1), blockB);
+    EXPECT_EQ(CV_HeldBlock(&DrawWindowMemoryPointerList, Ptr(0xB), 2), nullptr);
+
+    // Window B's destruction finds A's record first and takes A's block by position; both stay
+    // while A is open, B's own pieces go as B lets go.
+    const size_t before = CV_RetiredCount();
+    CV_RetireRecord(&list, first, 0);
+    EXPECT_EQ(list, CV_CallbackVector{second});
+    CV_Release(&DrawWindowMemoryPointerList, Ptr(0xB));
+    EXPECT_EQ(CV_RetireBlock(&DrawWindowMemoryPointerList, 0, blockB), blockA);
+    EXPECT_EQ(DrawWindowMemoryPointerList, CV_BlockVector{blockB});
+    EXPECT_EQ(CV_RetiredCount(), before + 2);
+    EXPECT_EQ(first->record->scriptId, Obj(0x10));
+    EXPECT_EQ(blockA[CV_WindowDrawSlot], first);
+    EXPECT_TRUE(CV_BlockIsHeld(&DrawWindowMemoryPointerList, blockA));
+    EXPECT_FALSE(CV_BlockIsHeld(&DrawWindowMemoryPointerList, blockB));
+
+    // A's refcon switches to B's block: A's own block stays reachable, the switch keeps it held.
+    CV_Hold(&DrawWindowMemoryPointerList, Ptr(0xA), nullptr, {blockA, blockB}, CV_WindowBlockSlots);
+    EXPECT_TRUE(CV_BlockIsHeld(&DrawWindowMemoryPointerList, blockB));
+    // A past-the-end position falls back to the caller's own block.
+    EXPECT_EQ(CV_RetireBlock(&DrawWindowMemoryPointerList, 7, blockB), blockB);
+    CV_RetireRecord(&list, second, 5);
+    EXPECT_TRUE(list.empty());
+    EXPECT_EQ(CV_RetiredCount(), before + 4);
+    CV_Release(&DrawWindowMemoryPointerList, Ptr(0xA));
+    EXPECT_EQ(CV_RetiredCount(), before);
+    EXPECT_EQ(CV_RetireBlock(&DrawWindowMemoryPointerList, 0, nullptr), nullptr);
 }
 
 TEST_F(CallbackRegistryTest, DebugTraceFramesDetailsAndSizeLinesWithTheFunctionName) {
