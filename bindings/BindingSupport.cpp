@@ -4,12 +4,22 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
+#include <deque>
 
 #include "CV_ScriptTable.h"
 #include "LogFiles.h"
 #include "PythonErrors.h"
 
-PyObject* CV_CreateModule(PyModuleDef* definition, const CV_IntConstant* constants, size_t constantCount) {
+PyObject* CV_CreateModule(const char* name, PyMethodDef* methods, const CV_IntConstant* constants,
+                          size_t constantCount) {
+    // A module keeps its definition for as long as it lives, so the definitions stay for the whole
+    // load of the plugin, one per module, reused by every start of the interpreter.
+    static std::deque<PyModuleDef> definitions;
+    PyModuleDef* definition = nullptr;
+    for (PyModuleDef& d : definitions)
+        if (std::strcmp(d.m_name, name) == 0) definition = &d;
+    if (definition == nullptr)
+        definition = &definitions.emplace_back(PyModuleDef{PyModuleDef_HEAD_INIT, name, nullptr, -1, methods});
     PyObject* module = PyModule_Create(definition);
     if (module == nullptr) {
         CV_PrintPythonError();

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <string>
 
+#include "CallbackRegistry.h"
 #include "PythonRef.h"
 
 // ---------------------------------------------------------------- modules
@@ -19,16 +20,19 @@ struct CV_IntConstant {
     long value;
 };
 
-// Creates the module from its definition, adds the constants in order, and registers it in
-// sys.modules so that scripts can import it. Returns a borrowed reference, or null on failure
+// Creates the module `name` with its method table, adds the constants in order, and registers it
+// in sys.modules so that scripts can import it. Returns a borrowed reference, or null on failure
 // (the Python error is printed).
-PyObject* CV_CreateModule(PyModuleDef* definition, const CV_IntConstant* constants, size_t constantCount);
+PyObject* CV_CreateModule(const char* name, PyMethodDef* methods, const CV_IntConstant* constants,
+                          size_t constantCount);
 
-inline PyObject* CV_CreateModule(PyModuleDef* definition) { return CV_CreateModule(definition, nullptr, 0); }
+inline PyObject* CV_CreateModule(const char* name, PyMethodDef* methods) {
+    return CV_CreateModule(name, methods, nullptr, 0);
+}
 
 template <size_t N>
-PyObject* CV_CreateModule(PyModuleDef* definition, const CV_IntConstant (&constants)[N]) {
-    return CV_CreateModule(definition, constants, N);
+PyObject* CV_CreateModule(const char* name, PyMethodDef* methods, const CV_IntConstant (&constants)[N]) {
+    return CV_CreateModule(name, methods, constants, N);
 }
 
 // ---------------------------------------------------------------- reports
@@ -80,6 +84,22 @@ inline bool CV_Guarded(const char* module, const char* function, Call&& call, co
     do {                                                                              \
         if (!CV_Guarded(module, function, [&]() { __VA_ARGS__; })) return failure;    \
     } while (0)
+
+// The end of every unregistration of a one-record kind. With the record found, `unregister` (the
+// SDK call, and letting go of what the simulator held) runs inside the SDK guard and the record is
+// retired from its list; without one, the "does not exist" report. False when the SDK call threw
+// (reported; the record stays registered).
+template <typename Unregister>
+bool CV_Unregister(const char* module, const char* function, CV_CallbackVector* list, _CallbackList* entry, int index,
+                   const char* scriptName, CV_MatchedBy by, Unregister&& unregister) {
+    if (entry == nullptr) {
+        CV_ReportUnknownCallback(module, function, scriptName, by);
+        return true;
+    }
+    if (!CV_Guarded(module, function, unregister)) return false;
+    CV_RetireRecord(list, entry, index);
+    return true;
+}
 
 // ---------------------------------------------------------------- the SDK-level gate
 

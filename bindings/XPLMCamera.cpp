@@ -55,14 +55,12 @@ PyObject* PY_XPLMDontControlCamera(PyObject* self, PyObject* args) {
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
     // Camera records never get an SDK handle, so this is the script's first camera record.
-    int found = 0, index = 0;
-    _CallbackList* entry = CVTestTable->FindCallback(CameraCallbackList, scriptId, static_cast<void*>(nullptr), &found, &index);
-    if (found) {
-        CV_SDK_GUARD(kModule, "XPLMDontControlCamera", CV_IntResult(0), XPLMDontControlCamera());
-        CVTestTable->DeleteCallback(&CameraCallbackList, entry, index);
-    } else {
-        CV_ReportUnknownCallback(kModule, "XPLMDontControlCamera", scriptName, CV_MatchedBy::Handle);
-    }
+    int index = 0;
+    _CallbackList* entry =
+        CVTestTable->FindCallback(CameraCallbackList, scriptId, static_cast<void*>(nullptr), nullptr, &index);
+    if (!CV_Unregister(kModule, "XPLMDontControlCamera", &CameraCallbackList, entry, index, scriptName,
+                       CV_MatchedBy::Handle, [] { XPLMDontControlCamera(); }))
+        return CV_IntResult(0);
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("XPLMDontControlCamera",
@@ -106,10 +104,8 @@ PyMethodDef XPLMCameraMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef XPLMCameraModule = {PyModuleDef_HEAD_INIT, "XPLMCamera", nullptr, -1, XPLMCameraMethods};
-
 }  // namespace
 
 PyObject* initXPLMCamera() {
-    return CV_CreateModule(&XPLMCameraModule, XPLMCameraConstants, std::size(XPLMCameraConstants));
+    return CV_CreateModule("XPLMCamera", XPLMCameraMethods, XPLMCameraConstants);
 }

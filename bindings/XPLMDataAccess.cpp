@@ -208,13 +208,16 @@ bool FloatItem(PyObject* item, float* out) {
     return true;
 }
 
-// The sequence argument of the array setters; TypeError "expected sequence" for anything else.
-bool CheckSequence(PyObject* sequence, Py_ssize_t* length) {
-    if (!PySequence_Check(sequence)) {
+// The arguments of the array setters: a data reference, a sequence (TypeError "expected sequence"
+// for anything else), an offset and a count.
+bool ParseSetterArgs(PyObject* args, XPLMDataRef* dataRef, PyObject** sequence, int* offset, int* count,
+                     Py_ssize_t* length) {
+    if (!PyArg_ParseTuple(args, "O&Oii", CV_PointerArg, dataRef, sequence, offset, count)) return false;
+    if (!PySequence_Check(*sequence)) {
         PyErr_SetString(PyExc_TypeError, "expected sequence");
         return false;
     }
-    *length = PySequence_Size(sequence);
+    *length = PySequence_Size(*sequence);
     return *length >= 0;
 }
 
@@ -228,9 +231,7 @@ PyObject* SetArray(PyObject* args, const char* function, void (*setter)(XPLMData
     PyObject* sequence = nullptr;
     int offset = 0, count = 0;
     Py_ssize_t length = 0;
-    if (!PyArg_ParseTuple(args, "O&Oii", CV_PointerArg, &dataRef, &sequence, &offset, &count) ||
-        !CheckSequence(sequence, &length))
-        return nullptr;
+    if (!ParseSetterArgs(args, &dataRef, &sequence, &offset, &count, &length)) return nullptr;
     CBuffer<T> buffer = AllocateZeroed<T>(static_cast<size_t>(length));
     if (!buffer) return PyErr_NoMemory();
     for (Py_ssize_t i = 0; i < length; ++i) {
@@ -281,9 +282,7 @@ PyObject* PY_XPLMSetDatab(PyObject* self, PyObject* args) {
     PyObject* values = nullptr;
     int offset = 0, count = 0;
     Py_ssize_t length = 0;
-    if (!PyArg_ParseTuple(args, "O&Oii", CV_PointerArg, &dataRef, &values, &offset, &count) ||
-        !CheckSequence(values, &length))
-        return nullptr;
+    if (!ParseSetterArgs(args, &dataRef, &values, &offset, &count, &length)) return nullptr;
     if (length == 0) {
         PyErr_SetString(PyExc_TypeError, "expected sequence of bytes");
         return nullptr;
@@ -472,16 +471,13 @@ PyObject* PY_XPLMUnshareData(PyObject* self, PyObject* args) {
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
-    int found = 0, index = 0, result = 0;
-    _CallbackList* entry = CVTestTable->FindCallback(SharedDataCallbackList, scriptId, callable, refcon, &found, &index);
-    if (found) {
-        CV_SDK_GUARD(kModule, function, CV_IntResult(0),
-                     result = XPLMUnshareData(dataName, dataType, CV_SharedDataCallback, entry));
-        if (result) CV_Release(&SharedDataCallbackList, entry);
-        CV_RetireRecord(&SharedDataCallbackList, entry, index);
-    } else {
-        CV_ReportUnknownCallback(kModule, function, scriptName, CV_MatchedBy::Refcon);
-    }
+    int index = 0, result = 0;
+    _CallbackList* entry = CVTestTable->FindCallback(SharedDataCallbackList, scriptId, callable, refcon, nullptr, &index);
+    if (!CV_Unregister(kModule, function, &SharedDataCallbackList, entry, index, scriptName, CV_MatchedBy::Refcon, [&] {
+            result = XPLMUnshareData(dataName, dataType, CV_SharedDataCallback, entry);
+            if (result) CV_Release(&SharedDataCallbackList, entry);
+        }))
+        return CV_IntResult(0);
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace(function,
@@ -528,10 +524,8 @@ PyMethodDef XPLMDataAccessMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef XPLMDataAccessModule = {PyModuleDef_HEAD_INIT, "XPLMDataAccess", nullptr, -1, XPLMDataAccessMethods};
-
 }  // namespace
 
 PyObject* initXPLMDataAccess() {
-    return CV_CreateModule(&XPLMDataAccessModule, XPLMDataAccessConstants, std::size(XPLMDataAccessConstants));
+    return CV_CreateModule("XPLMDataAccess", XPLMDataAccessMethods, XPLMDataAccessConstants);
 }

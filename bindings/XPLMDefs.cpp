@@ -158,8 +158,6 @@ PyMethodDef XPLMDefsMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef XPLMDefsModule = {PyModuleDef_HEAD_INIT, "XPLMDefs", nullptr, -1, XPLMDefsMethods};
-
 }  // namespace
 
-PyObject* initXPLMDefs() { return CV_CreateModule(&XPLMDefsModule, XPLMDefsConstants, std::size(XPLMDefsConstants)); }
+PyObject* initXPLMDefs() { return CV_CreateModule("XPLMDefs", XPLMDefsMethods, XPLMDefsConstants); }

@@ -95,16 +95,13 @@ PyObject* PY_XPLMUnregisterDrawCallback(PyObject* self, PyObject* args) {
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
-    int found = 0, index = 0, result = 0;
-    _CallbackList* entry = CVTestTable->FindCallback(DrawCallbackList, scriptId, callable, refcon, &found, &index);
-    if (found) {
-        CV_SDK_GUARD(kModule, function, CV_IntResult(0),
-                     result = XPLMUnregisterDrawCallback(CV_DrawCallback, phase, wantsBefore, entry));
-        if (result) CV_Release(&DrawCallbackList, entry);
-        CV_RetireRecord(&DrawCallbackList, entry, index);
-    } else {
-        CV_ReportUnknownCallback(kModule, function, scriptName, CV_MatchedBy::Refcon);
-    }
+    int index = 0, result = 0;
+    _CallbackList* entry = CVTestTable->FindCallback(DrawCallbackList, scriptId, callable, refcon, nullptr, &index);
+    if (!CV_Unregister(kModule, function, &DrawCallbackList, entry, index, scriptName, CV_MatchedBy::Refcon, [&] {
+            result = XPLMUnregisterDrawCallback(CV_DrawCallback, phase, wantsBefore, entry);
+            if (result) CV_Release(&DrawCallbackList, entry);
+        }))
+        return CV_IntResult(0);
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace(function,
@@ -144,16 +141,13 @@ PyObject* PY_XPLMUnregisterKeySniffer(PyObject* self, PyObject* args) {
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
-    int found = 0, index = 0, result = 0;
-    _CallbackList* entry = CVTestTable->FindCallback(KeySnifferCallbackList, scriptId, callable, refcon, &found, &index);
-    if (found) {
-        CV_SDK_GUARD(kModule, function, CV_IntResult(0),
-                     result = XPLMUnregisterKeySniffer(CV_KeySnifferCallback, beforeWindows, entry));
-        if (result) CV_Release(&KeySnifferCallbackList, entry);
-        CV_RetireRecord(&KeySnifferCallbackList, entry, index);
-    } else {
-        CV_ReportUnknownCallback(kModule, function, scriptName, CV_MatchedBy::Refcon);
-    }
+    int index = 0, result = 0;
+    _CallbackList* entry = CVTestTable->FindCallback(KeySnifferCallbackList, scriptId, callable, refcon, nullptr, &index);
+    if (!CV_Unregister(kModule, function, &KeySnifferCallbackList, entry, index, scriptName, CV_MatchedBy::Refcon, [&] {
+            result = XPLMUnregisterKeySniffer(CV_KeySnifferCallback, beforeWindows, entry);
+            if (result) CV_Release(&KeySnifferCallbackList, entry);
+        }))
+        return CV_IntResult(0);
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace(function,
@@ -226,15 +220,13 @@ PyObject* PY_XPLMUnregisterHotKey(PyObject* self, PyObject* args) {
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
-    int found = 0, index = 0;
-    _CallbackList* entry = CVTestTable->FindCallback(HotKeyCallbackList, scriptId, hotKey, &found, &index);
-    if (found) {
-        CV_SDK_GUARD(kModule, function, CV_IntResult(0), XPLMUnregisterHotKey(hotKey));
-        CV_Release(&HotKeyCallbackList, hotKey);
-        CV_RetireRecord(&HotKeyCallbackList, entry, index);
-    } else {
-        CV_ReportUnknownCallback(kModule, function, scriptName, CV_MatchedBy::Handle);
-    }
+    int index = 0;
+    _CallbackList* entry = CVTestTable->FindCallback(HotKeyCallbackList, scriptId, hotKey, nullptr, &index);
+    if (!CV_Unregister(kModule, function, &HotKeyCallbackList, entry, index, scriptName, CV_MatchedBy::Handle, [&] {
+            XPLMUnregisterHotKey(hotKey);
+            CV_Release(&HotKeyCallbackList, hotKey);
+        }))
+        return CV_IntResult(0);
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace(function,
@@ -602,10 +594,8 @@ PyMethodDef XPLMDisplayMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef XPLMDisplayModule = {PyModuleDef_HEAD_INIT, "XPLMDisplay", nullptr, -1, XPLMDisplayMethods};
-
 }  // namespace
 
 PyObject* initXPLMDisplay() {
-    return CV_CreateModule(&XPLMDisplayModule, XPLMDisplayConstants, std::size(XPLMDisplayConstants));
+    return CV_CreateModule("XPLMDisplay", XPLMDisplayMethods, XPLMDisplayConstants);
 }

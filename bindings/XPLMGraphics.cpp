@@ -38,10 +38,8 @@ PyMethodDef XPLMGraphicsMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef XPLMGraphicsModule = {PyModuleDef_HEAD_INIT, "XPLMGraphics", nullptr, -1, XPLMGraphicsMethods};
-
 }  // namespace
 
 PyObject* initXPLMGraphics() {
-    return CV_CreateModule(&XPLMGraphicsModule, XPLMGraphicsConstants, std::size(XPLMGraphicsConstants));
+    return CV_CreateModule("XPLMGraphics", XPLMGraphicsMethods, XPLMGraphicsConstants);
 }

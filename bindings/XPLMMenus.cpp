@@ -71,16 +71,14 @@ PyObject* PY_XPLMDestroyMenu(PyObject* self, PyObject* args) {
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
-    int found = 0, index = 0;
-    _CallbackList* entry = CVTestTable->FindCallback(MenuCallbackList, scriptId, menu, &found, &index);
-    if (found) {
-        CV_SDK_GUARD(kModule, function, CV_IntResult(0), XPLMDestroyMenu(menu));
-        CV_Release(&MenuCallbackList, menu);
-        CV_RetireRecord(&MenuCallbackList, entry, index);
-    } else {
-        // Only the script that created a menu can destroy it; the menu stays.
-        CV_ReportUnknownCallback(kModule, function, scriptName, CV_MatchedBy::Handle);
-    }
+    // Only the script that created a menu can destroy it; another script's call leaves it.
+    int index = 0;
+    _CallbackList* entry = CVTestTable->FindCallback(MenuCallbackList, scriptId, menu, nullptr, &index);
+    if (!CV_Unregister(kModule, function, &MenuCallbackList, entry, index, scriptName, CV_MatchedBy::Handle, [&] {
+            XPLMDestroyMenu(menu);
+            CV_Release(&MenuCallbackList, menu);
+        }))
+        return CV_IntResult(0);
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace(function,
@@ -179,10 +177,8 @@ PyMethodDef XPLMMenusMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef XPLMMenusModule = {PyModuleDef_HEAD_INIT, "XPLMMenus", nullptr, -1, XPLMMenusMethods};
-
 }  // namespace
 
 PyObject* initXPLMMenus() {
-    return CV_CreateModule(&XPLMMenusModule, XPLMMenusConstants, std::size(XPLMMenusConstants));
+    return CV_CreateModule("XPLMMenus", XPLMMenusMethods, XPLMMenusConstants);
 }

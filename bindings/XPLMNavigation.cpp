@@ -30,10 +30,8 @@ PyMethodDef XPLMNavigationMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef XPLMNavigationModule = {PyModuleDef_HEAD_INIT, "XPLMNavigation", nullptr, -1, XPLMNavigationMethods};
-
 }  // namespace
 
 PyObject* initXPLMNavigation() {
-    return CV_CreateModule(&XPLMNavigationModule, XPLMNavigationConstants, std::size(XPLMNavigationConstants));
+    return CV_CreateModule("XPLMNavigation", XPLMNavigationMethods, XPLMNavigationConstants);
 }

@@ -16,10 +16,8 @@ PyMethodDef XPLMPlanesMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef XPLMPlanesModule = {PyModuleDef_HEAD_INIT, "XPLMPlanes", nullptr, -1, XPLMPlanesMethods};
-
 }  // namespace
 
 PyObject* initXPLMPlanes() {
-    return CV_CreateModule(&XPLMPlanesModule, XPLMPlanesConstants, std::size(XPLMPlanesConstants));
+    return CV_CreateModule("XPLMPlanes", XPLMPlanesMethods, XPLMPlanesConstants);
 }

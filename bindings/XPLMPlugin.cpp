@@ -275,14 +275,11 @@ PyObject* PY_CV_RemoveEnumerateFeatures(PyObject* self, PyObject* args) {
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
     if (Py_IS_TYPE(callable, &PyMethod_Type)) {
-        int found = 0, index = 0;
+        int index = 0;
         _CallbackList* entry =
-            CVTestTable->FindCallback(FeatureEnumeratorCallbackList, scriptId, callable, refcon, &found, &index);
-        if (found) {
-            CVTestTable->DeleteCallback(&FeatureEnumeratorCallbackList, entry, index);
-        } else {
-            CV_ReportUnknownCallback(kModule, "CV_RemoveEnumerateFeatures", scriptName, CV_MatchedBy::Refcon);
-        }
+            CVTestTable->FindCallback(FeatureEnumeratorCallbackList, scriptId, callable, refcon, nullptr, &index);
+        CV_Unregister(kModule, "CV_RemoveEnumerateFeatures", &FeatureEnumeratorCallbackList, entry, index, scriptName,
+                      CV_MatchedBy::Refcon, [] {});
     }
 
     if (gCV_DebugCallbacks)
@@ -315,8 +312,6 @@ PyMethodDef XPLMPluginMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef XPLMPluginModule = {PyModuleDef_HEAD_INIT, "XPLMPlugin", nullptr, -1, XPLMPluginMethods};
-
 }  // namespace
 
 CV_NativePathsCall::CV_NativePathsCall(PyObject* scriptId) {
@@ -346,7 +341,7 @@ CV_NativePathsCall::~CV_NativePathsCall() {
 }
 
 PyObject* initXPLMPlugin() {
-    PyObject* module = CV_CreateModule(&XPLMPluginModule, XPLMPluginConstants, std::size(XPLMPluginConstants));
+    PyObject* module = CV_CreateModule("XPLMPlugin", XPLMPluginMethods, XPLMPluginConstants);
     // The simulator's features, listed once per creation of the module, before any script loads,
     // so that every script entry gets one switch per feature.
     if (XPLMEnumerateFeatures_ptr != nullptr && CVTestTable != nullptr)

@@ -78,13 +78,9 @@ PyObject* PY_XPLMUnregisterFlightLoopCallback(PyObject* self, PyObject* args) {
     CV_GetScriptNameForMessages(scriptId, scriptName);
     int found = 0, index = 0;
     _CallbackList* entry = FindClassicFlightLoop(scriptId, callable, refcon, &found, &index);
-    if (found) {
-        CV_SDK_GUARD(kModule, "XPLMUnregisterFlightLoopCallback", CV_IntResult(0),
-                     XPLMUnregisterFlightLoopCallback(CV_FlightLoopCallback, entry));
-        CVTestTable->DeleteCallback(&FlightLoopCallbackList, entry, index);
-    } else {
-        CV_ReportUnknownCallback(kModule, "XPLMUnregisterFlightLoopCallback", scriptName, CV_MatchedBy::Refcon);
-    }
+    if (!CV_Unregister(kModule, "XPLMUnregisterFlightLoopCallback", &FlightLoopCallbackList, entry, index, scriptName,
+                       CV_MatchedBy::Refcon, [&] { XPLMUnregisterFlightLoopCallback(CV_FlightLoopCallback, entry); }))
+        return CV_IntResult(0);
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("XPLMUnregisterFlightLoopCallback",
@@ -180,17 +176,14 @@ PyObject* PY_XPLMDestroyFlightLoop(PyObject* self, PyObject* args) {
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
-    int found = 0, index = 0;
+    int index = 0;
     // Classic registrations have handle 0; an id of 0 must never match one of them.
     _CallbackList* entry = flightLoopId == nullptr
                                ? nullptr
-                               : CVTestTable->FindCallback(FlightLoopCallbackList, scriptId, flightLoopId, &found, &index);
-    if (entry != nullptr) {
-        CV_SDK_GUARD(kModule, "XPLMDestroyFlightLoop", CV_IntResult(0), XPLMDestroyFlightLoop_ptr(flightLoopId));
-        CVTestTable->DeleteCallback(&FlightLoopCallbackList, entry, index);
-    } else {
-        CV_ReportUnknownCallback(kModule, "XPLMDestroyFlightLoop", scriptName, CV_MatchedBy::Handle);
-    }
+                               : CVTestTable->FindCallback(FlightLoopCallbackList, scriptId, flightLoopId, nullptr, &index);
+    if (!CV_Unregister(kModule, "XPLMDestroyFlightLoop", &FlightLoopCallbackList, entry, index, scriptName,
+                       CV_MatchedBy::Handle, [&] { XPLMDestroyFlightLoop_ptr(flightLoopId); }))
+        return CV_IntResult(0);
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("XPLMDestroyFlightLoop",
@@ -228,8 +221,6 @@ PyMethodDef XPLMProcessingMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef XPLMProcessingModule = {PyModuleDef_HEAD_INIT, "XPLMProcessing", nullptr, -1, XPLMProcessingMethods};
-
 }  // namespace
 
-PyObject* initXPLMProcessing() { return CV_CreateModule(&XPLMProcessingModule); }
+PyObject* initXPLMProcessing() { return CV_CreateModule("XPLMProcessing", XPLMProcessingMethods); }

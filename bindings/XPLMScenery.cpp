@@ -20,10 +20,8 @@ PyMethodDef XPLMSceneryMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef XPLMSceneryModule = {PyModuleDef_HEAD_INIT, "XPLMScenery", nullptr, -1, XPLMSceneryMethods};
-
 }  // namespace
 
 PyObject* initXPLMScenery() {
-    return CV_CreateModule(&XPLMSceneryModule, XPLMSceneryConstants, std::size(XPLMSceneryConstants));
+    return CV_CreateModule("XPLMScenery", XPLMSceneryMethods, XPLMSceneryConstants);
 }

@@ -514,13 +514,10 @@ PyObject* PY_CV_RemoveErrorCallback(PyObject* self, PyObject* args) {
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
     if (Py_IS_TYPE(callback, &PyMethod_Type)) {
-        int found = 0, index = 0;
-        _CallbackList* entry = CVTestTable->FindCallback(ErrorCallbackList, scriptId, nullptr, &found, &index);
-        if (found) {
-            CVTestTable->DeleteCallback(&ErrorCallbackList, entry, index);
-        } else {
-            CV_ReportUnknownCallback(kModule, "CV_RemoveErrorCallback", scriptName, CV_MatchedBy::Refcon);
-        }
+        int index = 0;
+        _CallbackList* entry = CVTestTable->FindCallback(ErrorCallbackList, scriptId, nullptr, nullptr, &index);
+        CV_Unregister(kModule, "CV_RemoveErrorCallback", &ErrorCallbackList, entry, index, scriptName,
+                      CV_MatchedBy::Refcon, [] {});
     }
 
     if (gCV_DebugCallbacks)
@@ -541,24 +538,24 @@ PyObject* PY_XPLMFindSymbol(PyObject* self, PyObject* args) {
     return CV_HandleResult(symbol);
 }
 
-PyObject* PY_XPLMLoadDataFile(PyObject* self, PyObject* args) {
-    CV_REQUIRE_SDK(kModule, Sdk200, XPLMLoadDataFile);
+// XPLMLoadDataFile and XPLMSaveDataFile: a file type and a path, and the SDK's answer.
+PyObject* DataFile(PyObject* args, const char* function, int (*sdk)(XPLMDataFileType, const char*)) {
     int fileType = 0;
     const char* path = nullptr;
     if (!PyArg_ParseTuple(args, "is", &fileType, &path)) return nullptr;
     int result = 0;
-    CV_SDK_GUARD(kModule, "XPLMLoadDataFile", CV_IntResult(0), result = XPLMLoadDataFile_ptr(fileType, path));
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), result = sdk(fileType, path));
     return CV_IntResult(result);
+}
+
+PyObject* PY_XPLMLoadDataFile(PyObject* self, PyObject* args) {
+    CV_REQUIRE_SDK(kModule, Sdk200, XPLMLoadDataFile);
+    return DataFile(args, "XPLMLoadDataFile", XPLMLoadDataFile_ptr);
 }
 
 PyObject* PY_XPLMSaveDataFile(PyObject* self, PyObject* args) {
     CV_REQUIRE_SDK(kModule, Sdk200, XPLMSaveDataFile);
-    int fileType = 0;
-    const char* path = nullptr;
-    if (!PyArg_ParseTuple(args, "is", &fileType, &path)) return nullptr;
-    int result = 0;
-    CV_SDK_GUARD(kModule, "XPLMSaveDataFile", CV_IntResult(0), result = XPLMSaveDataFile_ptr(fileType, path));
-    return CV_IntResult(result);
+    return DataFile(args, "XPLMSaveDataFile", XPLMSaveDataFile_ptr);
 }
 
 // ---------------------------------------------------------------- commands
@@ -674,14 +671,12 @@ PyObject* PY_XPLMUnregisterCommandHandler(PyObject* self, PyObject* args) {
     CV_GetScriptNameForMessages(scriptId, scriptName);
     int found = 0, index = 0;
     _CallbackList* entry = FindCommandHandler(scriptId, handler, refcon, command, before, &found, &index);
-    if (found) {
-        CV_SDK_GUARD(kModule, "XPLMUnregisterCommandHandler", CV_IntResult(0),
-                     XPLMUnregisterCommandHandler_ptr(command, CV_CommandCallback, before, entry));
-        gCV_CommandRegistrations.erase(entry);
-        CVTestTable->DeleteCallback(&CommandCallbackList, entry, index);
-    } else {
-        CV_ReportUnknownCallback(kModule, "XPLMUnregisterCommandHandler", scriptName, CV_MatchedBy::Refcon);
-    }
+    if (!CV_Unregister(kModule, "XPLMUnregisterCommandHandler", &CommandCallbackList, entry, index, scriptName,
+                       CV_MatchedBy::Refcon, [&] {
+                           XPLMUnregisterCommandHandler_ptr(command, CV_CommandCallback, before, entry);
+                           gCV_CommandRegistrations.erase(entry);
+                       }))
+        return CV_IntResult(0);
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace(
@@ -732,8 +727,6 @@ PyMethodDef XPLMUtilitiesMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef XPLMUtilitiesModule = {PyModuleDef_HEAD_INIT, "XPLMUtilities", nullptr, -1, XPLMUtilitiesMethods};
-
 }  // namespace
 
 std::string CV_PathToSimForm(const std::string& path, char separator) {
@@ -761,5 +754,5 @@ std::vector<std::string> CV_NamesFromIndices(const char* buffer, size_t bufferSi
 }
 
 PyObject* initXPLMUtilities() {
-    return CV_CreateModule(&XPLMUtilitiesModule, XPLMUtilitiesConstants, std::size(XPLMUtilitiesConstants));
+    return CV_CreateModule("XPLMUtilities", XPLMUtilitiesMethods, XPLMUtilitiesConstants);
 }

@@ -98,10 +98,8 @@ PyMethodDef XPStandardWidgetsMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef XPStandardWidgetsModule = {PyModuleDef_HEAD_INIT, "XPStandardWidgets", nullptr, -1, XPStandardWidgetsMethods};
-
 }  // namespace
 
 PyObject* initXPStandardWidgets() {
-    return CV_CreateModule(&XPStandardWidgetsModule, XPStandardWidgetsConstants, std::size(XPStandardWidgetsConstants));
+    return CV_CreateModule("XPStandardWidgets", XPStandardWidgetsMethods, XPStandardWidgetsConstants);
 }

@@ -140,10 +140,8 @@ PyMethodDef XPUIGraphicsMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef XPUIGraphicsModule = {PyModuleDef_HEAD_INIT, "XPUIGraphics", nullptr, -1, XPUIGraphicsMethods};
-
 }  // namespace
 
 PyObject* initXPUIGraphics() {
-    return CV_CreateModule(&XPUIGraphicsModule, XPUIGraphicsConstants, std::size(XPUIGraphicsConstants));
+    return CV_CreateModule("XPUIGraphics", XPUIGraphicsMethods, XPUIGraphicsConstants);
 }

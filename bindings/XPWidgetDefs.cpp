@@ -120,10 +120,8 @@ PyMethodDef XPWidgetDefsMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef XPWidgetDefsModule = {PyModuleDef_HEAD_INIT, "XPWidgetDefs", nullptr, -1, XPWidgetDefsMethods};
-
 }  // namespace
 
 PyObject* initXPWidgetDefs() {
-    return CV_CreateModule(&XPWidgetDefsModule, XPWidgetDefsConstants, std::size(XPWidgetDefsConstants));
+    return CV_CreateModule("XPWidgetDefs", XPWidgetDefsMethods, XPWidgetDefsConstants);
 }

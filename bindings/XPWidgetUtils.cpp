@@ -162,10 +162,8 @@ PyMethodDef XPWidgetUtilsMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef XPWidgetUtilsModule = {PyModuleDef_HEAD_INIT, "XPWidgetUtils", nullptr, -1, XPWidgetUtilsMethods};
-
 }  // namespace
 
 PyObject* initXPWidgetUtils() {
-    return CV_CreateModule(&XPWidgetUtilsModule, XPWidgetUtilsConstants, std::size(XPWidgetUtilsConstants));
+    return CV_CreateModule("XPWidgetUtils", XPWidgetUtilsMethods, XPWidgetUtilsConstants);
 }

@@ -412,8 +412,6 @@ PyMethodDef XPWidgetsMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef XPWidgetsModule = {PyModuleDef_HEAD_INIT, "XPWidgets", nullptr, -1, XPWidgetsMethods};
-
 }  // namespace
 
-PyObject* initXPWidgets() { return CV_CreateModule(&XPWidgetsModule); }
+PyObject* initXPWidgets() { return CV_CreateModule("XPWidgets", XPWidgetsMethods); }

@@ -48,8 +48,6 @@ PyMethodDef BrindleUtilitiesMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef BrindleUtilitiesModule = {PyModuleDef_HEAD_INIT, "BrindleUtilities", nullptr, -1, BrindleUtilitiesMethods};
-
 }  // namespace
 
-PyObject* initBrindleUtilities() { return CV_CreateModule(&BrindleUtilitiesModule); }
+PyObject* initBrindleUtilities() { return CV_CreateModule("BrindleUtilities", BrindleUtilitiesMethods); }

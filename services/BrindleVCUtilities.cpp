@@ -127,9 +127,6 @@ PyMethodDef BrindleVCUtilitiesMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef BrindleVCUtilitiesModule = {PyModuleDef_HEAD_INIT, "BrindleVCUtilities", nullptr, -1,
-                                        BrindleVCUtilitiesMethods};
-
 }  // namespace
 
 void CV_ShareVirtualCameraItems() {
@@ -148,5 +145,5 @@ PyObject* initBrindleVCUtilities() {
         gVCDataRefs[i] = nullptr;
         CV_SDK_GUARD(kModule, "XPLMFindDataRef", nullptr, gVCDataRefs[i] = XPLMFindDataRef(kVirtualCameraItems[i].name));
     }
-    return CV_CreateModule(&BrindleVCUtilitiesModule);
+    return CV_CreateModule("BrindleVCUtilities", BrindleVCUtilitiesMethods);
 }

@@ -113,9 +113,6 @@ PyMethodDef PythonScriptMessagingMethods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-PyModuleDef PythonScriptMessagingModule = {PyModuleDef_HEAD_INIT, "PythonScriptMessaging", nullptr, -1,
-                                           PythonScriptMessagingMethods};
-
 }  // namespace
 
-PyObject* initPythonScriptMessaging() { return CV_CreateModule(&PythonScriptMessagingModule); }
+PyObject* initPythonScriptMessaging() { return CV_CreateModule("PythonScriptMessaging", PythonScriptMessagingMethods); }
