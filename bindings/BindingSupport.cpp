@@ -75,8 +75,9 @@ void CV_ReportChangedCall(const char* module, const char* function, const char* 
 }
 
 void CV_ReportNotSupported(const char* module, const char* function, CV_SdkLevel level) {
-    PrintException(module, function,
-                   level == CV_SdkLevel::Sdk200 ? "Not supported in SDK 1.02" : "Not supported in SDK 1.02 or SDK 2.00");
+    PrintException(
+        module, function,
+        level == CV_SdkLevel::Sdk200 ? "Not supported in SDK 1.02" : "Not supported in SDK 1.02 or SDK 2.00");
 }
 
 // ---------------------------------------------------------------- arguments

@@ -80,9 +80,9 @@ inline bool CV_Guarded(const char* module, const char* function, Call&& call, co
 }
 
 // The common form: the statements run inside the guard, and a throw returns `failure` to the script.
-#define CV_SDK_GUARD(module, function, failure, ...)                                  \
-    do {                                                                              \
-        if (!CV_Guarded(module, function, [&]() { __VA_ARGS__; })) return failure;    \
+#define CV_SDK_GUARD(module, function, failure, ...)                               \
+    do {                                                                           \
+        if (!CV_Guarded(module, function, [&]() { __VA_ARGS__; })) return failure; \
     } while (0)
 
 // The end of every unregistration of a one-record kind. With the record found, `unregister` (the
@@ -109,12 +109,12 @@ enum class CV_SdkLevel { Sdk200, Sdk210 };
 // "Not supported in SDK 1.02" (an SDK 2.00 function) or "Not supported in SDK 1.02 or SDK 2.00".
 void CV_ReportNotSupported(const char* module, const char* function, CV_SdkLevel level);
 
-#define CV_REQUIRE_SDK(module, level, function)                                         \
-    do {                                                                                \
-        if (function##_ptr == nullptr) {                                                \
-            CV_ReportNotSupported(module, #function, CV_SdkLevel::level);               \
-            return CV_IntResult(0);                                                     \
-        }                                                                               \
+#define CV_REQUIRE_SDK(module, level, function)                           \
+    do {                                                                  \
+        if (function##_ptr == nullptr) {                                  \
+            CV_ReportNotSupported(module, #function, CV_SdkLevel::level); \
+            return CV_IntResult(0);                                       \
+        }                                                                 \
     } while (0)
 
 // ---------------------------------------------------------------- arguments

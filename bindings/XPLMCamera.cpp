@@ -33,7 +33,8 @@ PyObject* PY_XPLMControlCamera(PyObject* self, PyObject* args) {
     if (!PyArg_ParseTuple(args, "OiOO&", &scriptId, &howLong, &callable, CV_PointerArg, &refcon)) return nullptr;
 
     _CallbackList* entry = CVTestTable->AddCallback(&CameraCallbackList, scriptId, nullptr, callable, refcon);
-    if (!CV_Guarded(kModule, "XPLMControlCamera", [&] { XPLMControlCamera(howLong, CV_CameraControlCallback, entry); })) {
+    if (!CV_Guarded(kModule, "XPLMControlCamera",
+                    [&] { XPLMControlCamera(howLong, CV_CameraControlCallback, entry); })) {
         // The simulator did not take the record: it must not stay behind as a registration.
         CVTestTable->DeleteCallback(&CameraCallbackList, entry, -1);
         return CV_IntResult(0);
@@ -106,6 +107,4 @@ PyMethodDef XPLMCameraMethods[] = {
 
 }  // namespace
 
-PyObject* initXPLMCamera() {
-    return CV_CreateModule("XPLMCamera", XPLMCameraMethods, XPLMCameraConstants);
-}
+PyObject* initXPLMCamera() { return CV_CreateModule("XPLMCamera", XPLMCameraMethods, XPLMCameraConstants); }

@@ -118,8 +118,12 @@ PyObject* PY_XPLMGetDataRefTypes(PyObject* self, PyObject* args) {
 }
 PyObject* PY_XPLMGetDatai(PyObject* self, PyObject* args) { return GetScalar<int, XPLMGetDatai>(args, "XPLMGetDatai"); }
 PyObject* PY_XPLMSetDatai(PyObject* self, PyObject* args) { return SetScalar<int, XPLMSetDatai>(args, "XPLMSetDatai"); }
-PyObject* PY_XPLMGetDataf(PyObject* self, PyObject* args) { return GetScalar<float, XPLMGetDataf>(args, "XPLMGetDataf"); }
-PyObject* PY_XPLMSetDataf(PyObject* self, PyObject* args) { return SetScalar<float, XPLMSetDataf>(args, "XPLMSetDataf"); }
+PyObject* PY_XPLMGetDataf(PyObject* self, PyObject* args) {
+    return GetScalar<float, XPLMGetDataf>(args, "XPLMGetDataf");
+}
+PyObject* PY_XPLMSetDataf(PyObject* self, PyObject* args) {
+    return SetScalar<float, XPLMSetDataf>(args, "XPLMSetDataf");
+}
 PyObject* PY_XPLMGetDatad(PyObject* self, PyObject* args) {
     return GetScalar<double, XPLMGetDatad>(args, "XPLMGetDatad");
 }
@@ -345,8 +349,8 @@ PyObject* PY_XPLMRegisterDataAccessor(PyObject* self, PyObject* args) {
     void *readRefcon = nullptr, *writeRefcon = nullptr;
     if (!PyArg_ParseTuple(args, "OsiiOOOOOOOOOOOOO&O&", &scriptId, &dataName, &dataType, &isWritable, &callables[0],
                           &callables[1], &callables[2], &callables[3], &callables[4], &callables[5], &callables[6],
-                          &callables[7], &callables[8], &callables[9], &callables[10], &callables[11],
-                          CV_PointerArg, &readRefcon, CV_PointerArg, &writeRefcon))
+                          &callables[7], &callables[8], &callables[9], &callables[10], &callables[11], CV_PointerArg,
+                          &readRefcon, CV_PointerArg, &writeRefcon))
         return nullptr;
 
     // Only bound methods are recorded; anything else (a plain function, None, 0) leaves the type
@@ -369,11 +373,11 @@ PyObject* PY_XPLMRegisterDataAccessor(PyObject* self, PyObject* args) {
 
     XPLMDataRef dataRef = nullptr;
     CV_SDK_GUARD(kModule, "XPLMRegisterDataAccessor", CV_IntResult(0),
-                 dataRef = XPLMRegisterDataAccessor(
-                     dataName, dataType, isWritable, CV_GetDatai_Callback, CV_SetDatai_Callback, CV_GetDataf_Callback,
-                     CV_SetDataf_Callback, CV_GetDatad_Callback, CV_SetDatad_Callback, CV_GetDatavi_Callback,
-                     CV_SetDatavi_Callback, CV_GetDatavf_Callback, CV_SetDatavf_Callback, CV_GetDatab_Callback,
-                     CV_SetDatab_Callback, readBlock, writeBlock));
+                 dataRef = XPLMRegisterDataAccessor(dataName, dataType, isWritable, CV_GetDatai_Callback,
+                                                    CV_SetDatai_Callback, CV_GetDataf_Callback, CV_SetDataf_Callback,
+                                                    CV_GetDatad_Callback, CV_SetDatad_Callback, CV_GetDatavi_Callback,
+                                                    CV_SetDatavi_Callback, CV_GetDatavf_Callback, CV_SetDatavf_Callback,
+                                                    CV_GetDatab_Callback, CV_SetDatab_Callback, readBlock, writeBlock));
     if (dataRef != nullptr)
         CV_Hold(&GetDataMemoryPointerList, dataRef, nullptr, {readBlock, writeBlock}, CV_AccessorBlockSlots);
 
@@ -472,7 +476,8 @@ PyObject* PY_XPLMUnshareData(PyObject* self, PyObject* args) {
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
     int index = 0, result = 0;
-    _CallbackList* entry = CVTestTable->FindCallback(SharedDataCallbackList, scriptId, callable, refcon, nullptr, &index);
+    _CallbackList* entry =
+        CVTestTable->FindCallback(SharedDataCallbackList, scriptId, callable, refcon, nullptr, &index);
     if (!CV_Unregister(kModule, function, &SharedDataCallbackList, entry, index, scriptName, CV_MatchedBy::Refcon, [&] {
             result = XPLMUnshareData(dataName, dataType, CV_SharedDataCallback, entry);
             if (result) CV_Release(&SharedDataCallbackList, entry);

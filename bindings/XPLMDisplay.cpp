@@ -142,7 +142,8 @@ PyObject* PY_XPLMUnregisterKeySniffer(PyObject* self, PyObject* args) {
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
     int index = 0, result = 0;
-    _CallbackList* entry = CVTestTable->FindCallback(KeySnifferCallbackList, scriptId, callable, refcon, nullptr, &index);
+    _CallbackList* entry =
+        CVTestTable->FindCallback(KeySnifferCallbackList, scriptId, callable, refcon, nullptr, &index);
     if (!CV_Unregister(kModule, function, &KeySnifferCallbackList, entry, index, scriptName, CV_MatchedBy::Refcon, [&] {
             result = XPLMUnregisterKeySniffer(CV_KeySnifferCallback, beforeWindows, entry);
             if (result) CV_Release(&KeySnifferCallbackList, entry);
@@ -197,9 +198,9 @@ PyObject* PY_XPLMRegisterHotKey(PyObject* self, PyObject* args) {
 
     _CallbackList* entry = CVTestTable->AddCallback(&HotKeyCallbackList, scriptId, nullptr, callable, refcon);
     XPLMHotKeyID hotKey = nullptr;
-    CV_SDK_GUARD(kModule, "XPLMRegisterHotKey", CV_IntResult(0),
-                 hotKey = XPLMRegisterHotKey(static_cast<char>(virtualKey), flags, description, CV_HotKeyCallback,
-                                             entry));
+    CV_SDK_GUARD(
+        kModule, "XPLMRegisterHotKey", CV_IntResult(0),
+        hotKey = XPLMRegisterHotKey(static_cast<char>(virtualKey), flags, description, CV_HotKeyCallback, entry));
     if (hotKey != nullptr) CV_Hold(&HotKeyCallbackList, hotKey, entry);
     CVTestTable->UpdateCallback(&HotKeyCallbackList, scriptId, callable, hotKey);
 
@@ -282,9 +283,9 @@ PyObject* PY_XPLMSetHotKeyCombination(PyObject* self, PyObject* args) {
     unsigned char virtualKey = 0;
     int flags = 0;
     if (!PyArg_ParseTuple(args, "nbi", &hotKey, &virtualKey, &flags)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMSetHotKeyCombination", CV_IntResult(0),
-                 XPLMSetHotKeyCombination(reinterpret_cast<XPLMHotKeyID>(hotKey), static_cast<char>(virtualKey),
-                                          flags));
+    CV_SDK_GUARD(
+        kModule, "XPLMSetHotKeyCombination", CV_IntResult(0),
+        XPLMSetHotKeyCombination(reinterpret_cast<XPLMHotKeyID>(hotKey), static_cast<char>(virtualKey), flags));
     return CV_IntResult(1);
 }
 
@@ -323,7 +324,8 @@ _CallbackList** RecordWindow(PyObject* scriptId, const WindowHandlers& h, void* 
     keyRecord[CV_WindowDrawSlot] = RecordHandler(&DrawWindowCallbackList, scriptId, h.draw, refcon);
     keyRecord[CV_WindowKeySlot] = RecordHandler(&KeyCallbackList, scriptId, h.key, refcon);
     keyRecord[CV_WindowMouseClickSlot] = RecordHandler(&MouseClickCallbackList, scriptId, h.mouse, refcon);
-    if (h.cursor) keyRecord[CV_WindowCursorStatusSlot] = RecordHandler(&CursorStatusCallbackList, scriptId, h.cursor, refcon);
+    if (h.cursor)
+        keyRecord[CV_WindowCursorStatusSlot] = RecordHandler(&CursorStatusCallbackList, scriptId, h.cursor, refcon);
     if (h.wheel) keyRecord[CV_WindowMouseWheelSlot] = RecordHandler(&MouseWheelCallbackList, scriptId, h.wheel, refcon);
     DrawWindowMemoryPointerList.push_back(keyRecord);
     return keyRecord;
@@ -333,10 +335,10 @@ _CallbackList** RecordWindow(PyObject* scriptId, const WindowHandlers& h, void* 
 void WindowMade(PyObject* scriptId, XPLMWindowID window, _CallbackList** keyRecord, const WindowHandlers& h) {
     if (window != nullptr) HoldWindow(window, keyRecord, keyRecord);
     const std::pair<int, PyObject*> slots[kWindowListCount] = {{CV_WindowDrawSlot, h.draw},
-                                                              {CV_WindowKeySlot, h.key},
-                                                              {CV_WindowMouseClickSlot, h.mouse},
-                                                              {CV_WindowCursorStatusSlot, h.cursor},
-                                                              {CV_WindowMouseWheelSlot, h.wheel}};
+                                                               {CV_WindowKeySlot, h.key},
+                                                               {CV_WindowMouseClickSlot, h.mouse},
+                                                               {CV_WindowCursorStatusSlot, h.cursor},
+                                                               {CV_WindowMouseWheelSlot, h.wheel}};
     const CV_ListEntry* lists = CV_FindList(&DrawWindowCallbackList);
     for (size_t i = 0; i < kWindowListCount; ++i)
         if (keyRecord[slots[i].first] != nullptr)
@@ -360,12 +362,12 @@ PyObject* PY_XPLMCreateWindow(PyObject* self, PyObject* args) {
     WindowMade(scriptId, window, keyRecord, h);
 
     if (gCV_DebugCallbacks)
-        TraceWindowLists("XPLMCreateWindow",
-                         CV_FormatText("pScriptId = %lx, Left = %d, Top = %d, Right = %d, Bottom = %d, "
-                                       "IsVisible = %d, Refcon = %ld, WindowID = %lx\n",
-                                       CV_Hex(scriptId), left, top, right, bottom, isVisible, CV_Dec(refcon),
-                                       CV_Hex(window)),
-                         3);
+        TraceWindowLists(
+            "XPLMCreateWindow",
+            CV_FormatText("pScriptId = %lx, Left = %d, Top = %d, Right = %d, Bottom = %d, "
+                          "IsVisible = %d, Refcon = %ld, WindowID = %lx\n",
+                          CV_Hex(scriptId), left, top, right, bottom, isVisible, CV_Dec(refcon), CV_Hex(window)),
+            3);
     return CV_HandleResult(window);
 }
 
@@ -596,6 +598,4 @@ PyMethodDef XPLMDisplayMethods[] = {
 
 }  // namespace
 
-PyObject* initXPLMDisplay() {
-    return CV_CreateModule("XPLMDisplay", XPLMDisplayMethods, XPLMDisplayConstants);
-}
+PyObject* initXPLMDisplay() { return CV_CreateModule("XPLMDisplay", XPLMDisplayMethods, XPLMDisplayConstants); }

@@ -40,6 +40,4 @@ PyMethodDef XPLMGraphicsMethods[] = {
 
 }  // namespace
 
-PyObject* initXPLMGraphics() {
-    return CV_CreateModule("XPLMGraphics", XPLMGraphicsMethods, XPLMGraphicsConstants);
-}
+PyObject* initXPLMGraphics() { return CV_CreateModule("XPLMGraphics", XPLMGraphicsMethods, XPLMGraphicsConstants); }

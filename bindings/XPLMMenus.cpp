@@ -179,6 +179,4 @@ PyMethodDef XPLMMenusMethods[] = {
 
 }  // namespace
 
-PyObject* initXPLMMenus() {
-    return CV_CreateModule("XPLMMenus", XPLMMenusMethods, XPLMMenusConstants);
-}
+PyObject* initXPLMMenus() { return CV_CreateModule("XPLMMenus", XPLMMenusMethods, XPLMMenusConstants); }

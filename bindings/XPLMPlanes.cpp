@@ -18,6 +18,4 @@ PyMethodDef XPLMPlanesMethods[] = {
 
 }  // namespace
 
-PyObject* initXPLMPlanes() {
-    return CV_CreateModule("XPLMPlanes", XPLMPlanesMethods, XPLMPlanesConstants);
-}
+PyObject* initXPLMPlanes() { return CV_CreateModule("XPLMPlanes", XPLMPlanesMethods, XPLMPlanesConstants); }

@@ -153,7 +153,8 @@ PyObject* PY_XPLMDisablePlugin(PyObject* self, PyObject* args) {
 }
 
 PyObject* PY_XPLMReloadPlugins(PyObject* self, PyObject* args) {
-    if (!CV_Guarded(kModule, "XPLMReloadPlugins", [] { XPLMReloadPlugins(); }, CV_FUNCTION_ERROR))
+    if (!CV_Guarded(
+            kModule, "XPLMReloadPlugins", [] { XPLMReloadPlugins(); }, CV_FUNCTION_ERROR))
         return CV_IntResult(0);
     return CV_IntResult(1);
 }
@@ -315,7 +316,8 @@ PyMethodDef XPLMPluginMethods[] = {
 }  // namespace
 
 CV_NativePathsCall::CV_NativePathsCall(PyObject* scriptId) {
-    if (scriptId == nullptr || XPLMEnableFeature_ptr == nullptr || CV_NativePathsFeatureId < 0 || CVTestTable == nullptr)
+    if (scriptId == nullptr || XPLMEnableFeature_ptr == nullptr || CV_NativePathsFeatureId < 0 ||
+        CVTestTable == nullptr)
         return;
     const int wish = CVTestTable->IsFeatureEnabled(scriptId, CV_NativePathsFeatureId);
     try {

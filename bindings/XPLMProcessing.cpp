@@ -178,17 +178,17 @@ PyObject* PY_XPLMDestroyFlightLoop(PyObject* self, PyObject* args) {
     CV_GetScriptNameForMessages(scriptId, scriptName);
     int index = 0;
     // Classic registrations have handle 0; an id of 0 must never match one of them.
-    _CallbackList* entry = flightLoopId == nullptr
-                               ? nullptr
-                               : CVTestTable->FindCallback(FlightLoopCallbackList, scriptId, flightLoopId, nullptr, &index);
+    _CallbackList* entry = flightLoopId == nullptr ? nullptr
+                                                   : CVTestTable->FindCallback(FlightLoopCallbackList, scriptId,
+                                                                               flightLoopId, nullptr, &index);
     if (!CV_Unregister(kModule, "XPLMDestroyFlightLoop", &FlightLoopCallbackList, entry, index, scriptName,
                        CV_MatchedBy::Handle, [&] { XPLMDestroyFlightLoop_ptr(flightLoopId); }))
         return CV_IntResult(0);
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("XPLMDestroyFlightLoop",
-                              CV_FormatText("pScriptId = %lx, Script Name = %s, inFlightLoopID = %lx\n", CV_Hex(scriptId),
-                                            scriptName, CV_Hex(flightLoopId)),
+                              CV_FormatText("pScriptId = %lx, Script Name = %s, inFlightLoopID = %lx\n",
+                                            CV_Hex(scriptId), scriptName, CV_Hex(flightLoopId)),
                               {FlightLoopCallbackList});
     return CV_IntResult(1);
 }

@@ -22,6 +22,4 @@ PyMethodDef XPLMSceneryMethods[] = {
 
 }  // namespace
 
-PyObject* initXPLMScenery() {
-    return CV_CreateModule("XPLMScenery", XPLMSceneryMethods, XPLMSceneryConstants);
-}
+PyObject* initXPLMScenery() { return CV_CreateModule("XPLMScenery", XPLMSceneryMethods, XPLMSceneryConstants); }

@@ -294,7 +294,8 @@ PyObject* PY_XPLMGetVirtualKeyDescription(PyObject* self, PyObject* args) {
 }
 
 PyObject* PY_XPLMReloadScenery(PyObject* self, PyObject* args) {
-    if (!CV_Guarded(kModule, "XPLMReloadScenery", [] { XPLMReloadScenery(); }, CV_FUNCTION_ERROR))
+    if (!CV_Guarded(
+            kModule, "XPLMReloadScenery", [] { XPLMReloadScenery(); }, CV_FUNCTION_ERROR))
         return CV_IntResult(0);
     return CV_IntResult(1);
 }
@@ -427,11 +428,11 @@ PyObject* GetDirectoryContents(PyObject* args, bool nativePaths) {
     int* totalPointer = outTotal == Py_None ? nullptr : &total;
     int* returnedPointer = outReturned == Py_None ? nullptr : &returned;
     int result = 0;
-    CV_SDK_GUARD(kModule, function, CV_IntResult(0), CV_NativePathsCall nativePathsCall(scriptId);
-                 result = XPLMGetDirectoryContents(folder, static_cast<int>(firstReturn), names.data(),
-                                                   static_cast<int>(nameBufSize),
-                                                   indices.empty() ? nullptr : indices.data(),
-                                                   static_cast<int>(indexCount), totalPointer, returnedPointer));
+    CV_SDK_GUARD(
+        kModule, function, CV_IntResult(0), CV_NativePathsCall nativePathsCall(scriptId);
+        result = XPLMGetDirectoryContents(folder, static_cast<int>(firstReturn), names.data(),
+                                          static_cast<int>(nameBufSize), indices.empty() ? nullptr : indices.data(),
+                                          static_cast<int>(indexCount), totalPointer, returnedPointer));
     names.back() = '\0';
 
     // outFileNames gets the buffer as one text, so only its first name; outIndices every name
@@ -443,7 +444,8 @@ PyObject* GetDirectoryContents(PyObject* args, bool nativePaths) {
                                  returnedPointer ? returned : 0))
             if (!CV_AppendOutput(outIndices, CV_TextResult(name))) return nullptr;
     }
-    if (!CV_StoreOutput(outTotal, CV_IntResult(total)) || !CV_StoreOutput(outReturned, CV_IntResult(returned))) return nullptr;
+    if (!CV_StoreOutput(outTotal, CV_IntResult(total)) || !CV_StoreOutput(outReturned, CV_IntResult(returned)))
+        return nullptr;
     return Py_BuildValue("(i)", result);
 }
 
@@ -753,6 +755,4 @@ std::vector<std::string> CV_NamesFromIndices(const char* buffer, size_t bufferSi
     return names;
 }
 
-PyObject* initXPLMUtilities() {
-    return CV_CreateModule("XPLMUtilities", XPLMUtilitiesMethods, XPLMUtilitiesConstants);
-}
+PyObject* initXPLMUtilities() { return CV_CreateModule("XPLMUtilities", XPLMUtilitiesMethods, XPLMUtilitiesConstants); }

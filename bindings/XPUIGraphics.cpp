@@ -66,7 +66,9 @@ const char* const kModule = "XPUIGraphics";
 PyObject* PY_XPDrawWindow(PyObject* self, PyObject* args) {
     int left = 0, bottom = 0, right = 0, top = 0, style = 0;
     if (!PyArg_ParseTuple(args, "iiiii", &left, &bottom, &right, &top, &style)) return nullptr;
-    if (!CV_Guarded(kModule, "XPDrawWindow", [&] { XPDrawWindow(left, bottom, right, top, style); }, CV_FUNCTION_ERROR)) return CV_IntResult(0);
+    if (!CV_Guarded(
+            kModule, "XPDrawWindow", [&] { XPDrawWindow(left, bottom, right, top, style); }, CV_FUNCTION_ERROR))
+        return CV_IntResult(0);
     return CV_IntResult(1);
 }
 
@@ -76,7 +78,13 @@ PyObject* PY_XPGetWindowDefaultDimensions(PyObject* self, PyObject* args) {
     if (!PyArg_ParseTuple(args, "iOO", &style, &outWidth, &outHeight)) return nullptr;
     if (!CV_CheckOutputList(outWidth) || !CV_CheckOutputList(outHeight)) return nullptr;
     int width = 0, height = 0;
-    if (!CV_Guarded(kModule, "XPGetWindowDefaultDimensions", [&] { XPGetWindowDefaultDimensions(style, CV_OutPointer(outWidth, &width), CV_OutPointer(outHeight, &height)); }, CV_FUNCTION_ERROR)) return CV_IntResult(0);
+    if (!CV_Guarded(
+            kModule, "XPGetWindowDefaultDimensions",
+            [&] {
+                XPGetWindowDefaultDimensions(style, CV_OutPointer(outWidth, &width), CV_OutPointer(outHeight, &height));
+            },
+            CV_FUNCTION_ERROR))
+        return CV_IntResult(0);
     if (!CV_StoreOutput(outWidth, PyLong_FromLong(width)) || !CV_StoreOutput(outHeight, PyLong_FromLong(height)))
         return nullptr;
     return CV_IntResult(1);
@@ -85,7 +93,9 @@ PyObject* PY_XPGetWindowDefaultDimensions(PyObject* self, PyObject* args) {
 PyObject* PY_XPDrawElement(PyObject* self, PyObject* args) {
     int left = 0, bottom = 0, right = 0, top = 0, style = 0, lit = 0;
     if (!PyArg_ParseTuple(args, "iiiiii", &left, &bottom, &right, &top, &style, &lit)) return nullptr;
-    if (!CV_Guarded(kModule, "XPDrawElement", [&] { XPDrawElement(left, bottom, right, top, style, lit); }, CV_FUNCTION_ERROR)) return CV_IntResult(0);
+    if (!CV_Guarded(
+            kModule, "XPDrawElement", [&] { XPDrawElement(left, bottom, right, top, style, lit); }, CV_FUNCTION_ERROR))
+        return CV_IntResult(0);
     return CV_IntResult(1);
 }
 
@@ -96,7 +106,14 @@ PyObject* PY_XPGetElementDefaultDimensions(PyObject* self, PyObject* args) {
     if (!CV_CheckOutputList(outWidth) || !CV_CheckOutputList(outHeight) || !CV_CheckOutputList(outCanBeLit))
         return nullptr;
     int width = 0, height = 0, canBeLit = 0;
-    if (!CV_Guarded(kModule, "XPGetElementDefaultDimensions", [&] { XPGetElementDefaultDimensions(style, CV_OutPointer(outWidth, &width), CV_OutPointer(outHeight, &height), CV_OutPointer(outCanBeLit, &canBeLit)); }, CV_FUNCTION_ERROR)) return CV_IntResult(0);
+    if (!CV_Guarded(
+            kModule, "XPGetElementDefaultDimensions",
+            [&] {
+                XPGetElementDefaultDimensions(style, CV_OutPointer(outWidth, &width), CV_OutPointer(outHeight, &height),
+                                              CV_OutPointer(outCanBeLit, &canBeLit));
+            },
+            CV_FUNCTION_ERROR))
+        return CV_IntResult(0);
     if (!CV_StoreOutput(outWidth, PyLong_FromLong(width)) || !CV_StoreOutput(outHeight, PyLong_FromLong(height)) ||
         !CV_StoreOutput(outCanBeLit, PyLong_FromLong(canBeLit)))
         return nullptr;
@@ -107,7 +124,10 @@ PyObject* PY_XPDrawTrack(PyObject* self, PyObject* args) {
     int left = 0, bottom = 0, right = 0, top = 0, minimum = 0, maximum = 0, value = 0, style = 0, lit = 0;
     if (!PyArg_ParseTuple(args, "iiiiiiiii", &left, &bottom, &right, &top, &minimum, &maximum, &value, &style, &lit))
         return nullptr;
-    if (!CV_Guarded(kModule, "XPDrawTrack", [&] { XPDrawTrack(left, bottom, right, top, minimum, maximum, value, style, lit); }, CV_FUNCTION_ERROR)) return CV_IntResult(0);
+    if (!CV_Guarded(
+            kModule, "XPDrawTrack", [&] { XPDrawTrack(left, bottom, right, top, minimum, maximum, value, style, lit); },
+            CV_FUNCTION_ERROR))
+        return CV_IntResult(0);
     return CV_IntResult(1);
 }
 
@@ -115,7 +135,10 @@ PyObject* PY_XPGetTrackDefaultDimensions(PyObject* self, PyObject* args) {
     int style = 0;
     if (!PyArg_ParseTuple(args, "i", &style)) return nullptr;
     int width = 0, canBeLit = 0;
-    if (!CV_Guarded(kModule, "XPGetTrackDefaultDimensions", [&] { XPGetTrackDefaultDimensions(style, &width, &canBeLit); }, CV_FUNCTION_ERROR)) return Py_BuildValue("(ii)", 0, 0);
+    if (!CV_Guarded(
+            kModule, "XPGetTrackDefaultDimensions", [&] { XPGetTrackDefaultDimensions(style, &width, &canBeLit); },
+            CV_FUNCTION_ERROR))
+        return Py_BuildValue("(ii)", 0, 0);
     return Py_BuildValue("(ii)", width, canBeLit);
 }
 
@@ -124,7 +147,14 @@ PyObject* PY_XPGetTrackMetrics(PyObject* self, PyObject* args) {
     if (!PyArg_ParseTuple(args, "iiiiiiii", &left, &bottom, &right, &top, &minimum, &maximum, &value, &style))
         return nullptr;
     int isVertical = 0, downButton = 0, downPage = 0, thumb = 0, upPage = 0, upButton = 0;
-    if (!CV_Guarded(kModule, "XPGetTrackMetrics", [&] { XPGetTrackMetrics(left, bottom, right, top, minimum, maximum, value, style, &isVertical, &downButton, &downPage, &thumb, &upPage, &upButton); }, CV_FUNCTION_ERROR)) return CV_IntResult(0);
+    if (!CV_Guarded(
+            kModule, "XPGetTrackMetrics",
+            [&] {
+                XPGetTrackMetrics(left, bottom, right, top, minimum, maximum, value, style, &isVertical, &downButton,
+                                  &downPage, &thumb, &upPage, &upButton);
+            },
+            CV_FUNCTION_ERROR))
+        return CV_IntResult(0);
     return Py_BuildValue("(iiiiii)", isVertical, downButton, downPage, thumb, upPage, upButton);
 }
 
@@ -142,6 +172,4 @@ PyMethodDef XPUIGraphicsMethods[] = {
 
 }  // namespace
 
-PyObject* initXPUIGraphics() {
-    return CV_CreateModule("XPUIGraphics", XPUIGraphicsMethods, XPUIGraphicsConstants);
-}
+PyObject* initXPUIGraphics() { return CV_CreateModule("XPUIGraphics", XPUIGraphicsMethods, XPUIGraphicsConstants); }

@@ -122,6 +122,4 @@ PyMethodDef XPWidgetDefsMethods[] = {
 
 }  // namespace
 
-PyObject* initXPWidgetDefs() {
-    return CV_CreateModule("XPWidgetDefs", XPWidgetDefsMethods, XPWidgetDefsConstants);
-}
+PyObject* initXPWidgetDefs() { return CV_CreateModule("XPWidgetDefs", XPWidgetDefsMethods, XPWidgetDefsConstants); }

@@ -47,7 +47,8 @@ PyObject* MessageHelper(PyObject* args, const char* function) {
     int message = 0, eatClick = 0;
     long param1 = 0, param2 = 0;
     XPWidgetID widget = nullptr;
-    if (!PyArg_ParseTuple(args, "iO&lli", &message, CV_PointerArg, &widget, &param1, &param2, &eatClick)) return nullptr;
+    if (!PyArg_ParseTuple(args, "iO&lli", &message, CV_PointerArg, &widget, &param1, &param2, &eatClick))
+        return nullptr;
     int handled = 0;
     CV_SDK_GUARD(kModule, function, CV_IntResult(0), handled = Sdk(message, widget, param1, param2, eatClick));
     return CV_IntResult(handled);
@@ -164,6 +165,4 @@ PyMethodDef XPWidgetUtilsMethods[] = {
 
 }  // namespace
 
-PyObject* initXPWidgetUtils() {
-    return CV_CreateModule("XPWidgetUtils", XPWidgetUtilsMethods, XPWidgetUtilsConstants);
-}
+PyObject* initXPWidgetUtils() { return CV_CreateModule("XPWidgetUtils", XPWidgetUtilsMethods, XPWidgetUtilsConstants); }

@@ -37,19 +37,20 @@ int NarrowToInt(long value) {
     return (value < INT32_MIN || value > INT32_MAX) ? -1 : static_cast<int>(value);
 }
 
-
 // ---------------------------------------------------------------- recording widgets
 
 PyObject* PY_XPCreateWidget(PyObject* self, PyObject* args) {
     int left = 0, top = 0, right = 0, bottom = 0, visible = 0, isRoot = 0, widgetClass = 0;
     const char* descriptor = nullptr;
     XPWidgetID container = nullptr;
-    if (!PyArg_ParseTuple(args, "iiiiisiO&i", &left, &top, &right, &bottom, &visible, &descriptor, &isRoot, CV_PointerArg, &container, &widgetClass)) return nullptr;
+    if (!PyArg_ParseTuple(args, "iiiiisiO&i", &left, &top, &right, &bottom, &visible, &descriptor, &isRoot,
+                          CV_PointerArg, &container, &widgetClass))
+        return nullptr;
 
     XPWidgetID widget = nullptr;
-    CV_SDK_GUARD(kModule, "XPCreateWidget", CV_IntResult(0),
-                 widget = XPCreateWidget(left, top, right, bottom, visible, descriptor, isRoot, container,
-                                         widgetClass));
+    CV_SDK_GUARD(
+        kModule, "XPCreateWidget", CV_IntResult(0),
+        widget = XPCreateWidget(left, top, right, bottom, visible, descriptor, isRoot, container, widgetClass));
     // A refused creation made no widget: there is nothing to route messages to.
     if (widget != nullptr)
         CVTestTable->AddWidgetCallback(&WidgetCallbackList, nullptr, widget, nullptr, isRoot, container);
@@ -68,7 +69,9 @@ PyObject* PY_XPCreateCustomWidget(PyObject* self, PyObject* args) {
     const char* descriptor = nullptr;
     // The container is a widget handle like every other (the integer the script holds).
     XPWidgetID container = nullptr;
-    if (!PyArg_ParseTuple(args, "OiiiiisiO&O", &scriptId, &left, &top, &right, &bottom, &visible, &descriptor, &isRoot, CV_PointerArg, &container, &callable)) return nullptr;
+    if (!PyArg_ParseTuple(args, "OiiiiisiO&O", &scriptId, &left, &top, &right, &bottom, &visible, &descriptor, &isRoot,
+                          CV_PointerArg, &container, &callable))
+        return nullptr;
 
     XPWidgetID widget = nullptr;
     CV_SDK_GUARD(kModule, "XPCreateCustomWidget", CV_IntResult(0),
@@ -143,7 +146,7 @@ void ForgetEndedWidgets(const std::vector<XPWidgetID>& ended) {
 
 PyObject* PY_XPDestroyWidget(PyObject* self, PyObject* args) {
     const char* const function = "XPDestroyWidget";
-    PyObject *scriptId = nullptr;
+    PyObject* scriptId = nullptr;
     int destroyChildren = 0;
     XPWidgetID widget = nullptr;
     if (!PyArg_ParseTuple(args, "OO&i", &scriptId, CV_PointerArg, &widget, &destroyChildren)) return nullptr;
@@ -239,7 +242,8 @@ PyObject* PY_XPGetNthChildWidget(PyObject* self, PyObject* args) {
     XPWidgetID widget = nullptr;
     if (!PyArg_ParseTuple(args, "O&l", CV_PointerArg, &widget, &index)) return nullptr;
     XPWidgetID child = nullptr;
-    CV_SDK_GUARD(kModule, "XPGetNthChildWidget", CV_IntResult(0), child = XPGetNthChildWidget(widget, NarrowToInt(index)));
+    CV_SDK_GUARD(kModule, "XPGetNthChildWidget", CV_IntResult(0),
+                 child = XPGetNthChildWidget(widget, NarrowToInt(index)));
     return CV_HandleResult(child);
 }
 
@@ -265,9 +269,10 @@ PyObject* PY_XPIsWidgetInFront(PyObject* self, PyObject* args) {
 
 template <void (*Sdk)(XPWidgetID, int*, int*, int*, int*)>
 PyObject* GetGeometry(PyObject* args, const char* function) {
-    PyObject *outs[4] = {nullptr, nullptr, nullptr, nullptr};
+    PyObject* outs[4] = {nullptr, nullptr, nullptr, nullptr};
     XPWidgetID widget = nullptr;
-    if (!PyArg_ParseTuple(args, "O&OOOO", CV_PointerArg, &widget, &outs[0], &outs[1], &outs[2], &outs[3])) return nullptr;
+    if (!PyArg_ParseTuple(args, "O&OOOO", CV_PointerArg, &widget, &outs[0], &outs[1], &outs[2], &outs[3]))
+        return nullptr;
     for (PyObject* out : outs)
         if (!CV_CheckOutputList(out)) return nullptr;
     int values[4] = {0, 0, 0, 0};
@@ -290,7 +295,8 @@ PyObject* PY_XPSetWidgetGeometry(PyObject* self, PyObject* args) {
     int left = 0, top = 0, right = 0, bottom = 0;
     XPWidgetID widget = nullptr;
     if (!PyArg_ParseTuple(args, "O&iiii", CV_PointerArg, &widget, &left, &top, &right, &bottom)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPSetWidgetGeometry", CV_IntResult(0), XPSetWidgetGeometry(widget, left, top, right, bottom));
+    CV_SDK_GUARD(kModule, "XPSetWidgetGeometry", CV_IntResult(0),
+                 XPSetWidgetGeometry(widget, left, top, right, bottom));
     return CV_IntResult(1);
 }
 
@@ -316,7 +322,7 @@ PyObject* PY_XPSetWidgetDescriptor(PyObject* self, PyObject* args) {
 }
 
 PyObject* PY_XPGetWidgetDescriptor(PyObject* self, PyObject* args) {
-    PyObject *out = nullptr;
+    PyObject* out = nullptr;
     int maximum = 0;
     XPWidgetID widget = nullptr;
     if (!PyArg_ParseTuple(args, "O&Oi", CV_PointerArg, &widget, &out, &maximum)) return nullptr;
@@ -337,12 +343,13 @@ PyObject* PY_XPSetWidgetProperty(PyObject* self, PyObject* args) {
     XPWidgetID widget = nullptr;
     void* value = nullptr;
     if (!PyArg_ParseTuple(args, "O&iO&", CV_PointerArg, &widget, &property, CV_PointerArg, &value)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPSetWidgetProperty", CV_IntResult(0), XPSetWidgetProperty(widget, property, reinterpret_cast<intptr_t>(value)));
+    CV_SDK_GUARD(kModule, "XPSetWidgetProperty", CV_IntResult(0),
+                 XPSetWidgetProperty(widget, property, reinterpret_cast<intptr_t>(value)));
     return CV_IntResult(1);
 }
 
 PyObject* PY_XPGetWidgetProperty(PyObject* self, PyObject* args) {
-    PyObject *outExists = nullptr;
+    PyObject* outExists = nullptr;
     int property = 0;
     XPWidgetID widget = nullptr;
     if (!PyArg_ParseTuple(args, "O&iO", CV_PointerArg, &widget, &property, &outExists)) return nullptr;
@@ -366,7 +373,8 @@ PyObject* PY_XPLoseKeyboardFocus(PyObject* self, PyObject* args) {
 
 PyObject* PY_XPGetWidgetWithFocus(PyObject* self, PyObject* args) {
     XPWidgetID widget = nullptr;
-    if (!CV_Guarded(kModule, "XPGetWidgetWithFocus", [&] { widget = XPGetWidgetWithFocus(); }, CV_FUNCTION_ERROR))
+    if (!CV_Guarded(
+            kModule, "XPGetWidgetWithFocus", [&] { widget = XPGetWidgetWithFocus(); }, CV_FUNCTION_ERROR))
         return CV_IntResult(0);
     return CV_HandleResult(widget);
 }
@@ -375,8 +383,9 @@ PyObject* PY_XPGetWidgetClassFunc(PyObject* self, PyObject* args) {
     int widgetClass = 0;
     if (!PyArg_ParseTuple(args, "i", &widgetClass)) return nullptr;
     XPWidgetFunc_t classFunction = nullptr;
-    if (!CV_Guarded(kModule, "XPGetWidgetClassFunc", [&] { classFunction = XPGetWidgetClassFunc(widgetClass); },
-                    CV_FUNCTION_ERROR))
+    if (!CV_Guarded(
+            kModule, "XPGetWidgetClassFunc", [&] { classFunction = XPGetWidgetClassFunc(widgetClass); },
+            CV_FUNCTION_ERROR))
         return CV_IntResult(0);
     return CV_HandleResult(reinterpret_cast<void*>(classFunction));
 }

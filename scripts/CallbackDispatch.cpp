@@ -312,7 +312,8 @@ int CallUserKeySnifferCallback(char inChar, XPLMKeyFlags inFlags, char inVirtual
     if (LeftBehind(static_cast<const _CallbackList*>(inRefcon))) return 1;
     KeySnifferArgs a{inChar, inFlags, inVirtualKey};
     return CallWithResult<int>(
-        static_cast<const _CallbackList*>(inRefcon), "Cannot find method KeySnifferCallback\n", kOneOnceReached<int>, "i",
+        static_cast<const _CallbackList*>(inRefcon), "Cannot find method KeySnifferCallback\n", kOneOnceReached<int>,
+        "i",
         [](const Target& t, const void* c) {
             auto* a = static_cast<const KeySnifferArgs*>(c);
             return Py_BuildValue("(biiN)", static_cast<int>(a->key), a->flags,
@@ -601,22 +602,23 @@ int CallUserWidgetCallback(XPWidgetMessage inMessage, XPWidgetID inWidget, intpt
 int CallUserGetDatai_Callback(void* inRefcon) {
     const _CallbackList* entry = Slot(inRefcon, CV_AccessorIntSlot);
     if (entry == nullptr) return 0;
-    return CallWithResult<int>(entry, "Cannot find method UserGetDataiCallback\n", kOneOnceReached<int>, "i", RefconOnly, nullptr);
+    return CallWithResult<int>(entry, "Cannot find method UserGetDataiCallback\n", kOneOnceReached<int>, "i",
+                               RefconOnly, nullptr);
 }
 
 float CallUserGetDataf_Callback(void* inRefcon) {
     const _CallbackList* entry = Slot(inRefcon, CV_AccessorFloatSlot);
     if (entry == nullptr) return 0.0f;
-    return CallWithResult<float>(entry, "Cannot find method UserGetDataf_Callback\n", kOneOnceReached<float>, "f", RefconOnly,
-                                 nullptr);
+    return CallWithResult<float>(entry, "Cannot find method UserGetDataf_Callback\n", kOneOnceReached<float>, "f",
+                                 RefconOnly, nullptr);
 }
 
 double CallUserGetDatad_Callback(void* inRefcon) {
     const _CallbackList* entry = Slot(inRefcon, CV_AccessorDoubleSlot);
     if (entry == nullptr) return 0.0;
     // The double getter reports a missing callable with the float getter's line.
-    return CallWithResult<double>(entry, "Cannot find method UserGetDataf_Callback\n", kOneOnceReached<double>, "d", RefconOnly,
-                                  nullptr);
+    return CallWithResult<double>(entry, "Cannot find method UserGetDataf_Callback\n", kOneOnceReached<double>, "d",
+                                  RefconOnly, nullptr);
 }
 
 int CallUserSetDatai_Callback(void* inRefcon, int inValue) {

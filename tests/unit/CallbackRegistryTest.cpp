@@ -262,7 +262,8 @@ TEST_F(CallbackRegistryTest, EveryListIsCheckedInItsPlace) {
         if (e.blocks) e.blocks->push_back(block);
         if (e.widgets) t.AddWidgetCallback(e.widgets, nullptr, Ptr(1), nullptr, 1, nullptr);
         EXPECT_EQ(CV_FindList(e.callbacks ? static_cast<const void*>(e.callbacks)
-                                          : e.blocks ? static_cast<const void*>(e.blocks) : e.widgets),
+                              : e.blocks  ? static_cast<const void*>(e.blocks)
+                                          : e.widgets),
                   &e);
         expected += std::string(e.name) + " size = 1\n";
         expected += e.blocks ? "Mismatch of " + std::string(e.name) + " creation and destruction.\n"
