@@ -9,6 +9,7 @@
 #include "LogFiles.h"
 #include "Paths.h"
 #include "PythonErrors.h"
+#include "PythonRef.h"
 #include "SdkDetect.h"
 #include "XPLMDefs.h"
 #include "XPLMUtilities.h"
@@ -22,35 +23,22 @@ namespace {
 // method is logged; a failed call prints its Python error. The script's failure never reaches
 // the simulator.
 template <typename UseResult>
-int CallScriptMethod(PyObject* scriptId, bool checkEnabled, const char* method, PyObject* args,
+int CallScriptMethod(PyObject* scriptId, bool checkEnabled, const char* method, PyObject* argsObject,
                      UseResult useResult) {
-    if (checkEnabled && !CVTestTable->GetScriptEnabledStatus(scriptId)) {
-        Py_XDECREF(args);
-        return 0;
-    }
-    PyObject* callable = PyObject_GetAttrString(scriptId, method);
-    if (callable == nullptr) {
-        Py_XDECREF(args);
+    CV_PyRef args(argsObject);
+    if (checkEnabled && !CVTestTable->GetScriptEnabledStatus(scriptId)) return 0;
+    CV_PyRef callable(PyObject_GetAttrString(scriptId, method));
+    if (!callable) {
         CV_PrintPythonError();
         CV_WriteToLogf("Cannot find method %s\n", method);
         return 1;
     }
-    if (args == nullptr) {
+    CV_PyRef result(args ? PyObject_Call(callable.get(), args.get(), nullptr) : nullptr);
+    if (!result) {
         CV_PrintPythonError();
-        Py_DECREF(callable);
         return 1;
     }
-    PyObject* result = PyObject_Call(callable, args, nullptr);
-    Py_DECREF(args);
-    if (result == nullptr) {
-        CV_PrintPythonError();
-        Py_DECREF(callable);
-        return 1;
-    }
-    int answer = useResult(result);
-    Py_DECREF(result);
-    Py_DECREF(callable);
-    return answer;
+    return useResult(result.get());
 }
 
 int IgnoreResult(PyObject*) { return 1; }

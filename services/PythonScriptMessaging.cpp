@@ -69,17 +69,16 @@ PyObject* PY_CV_DisableScript(PyObject* self, PyObject* args) {
 // Delivers one message to one script, if it is enabled; its failures are printed, never returned.
 void CallScriptReceiveMessage(PyObject* target, PyObject* sender, long message, PyObject* param) {
     if (CVTestTable == nullptr || !CVTestTable->GetScriptEnabledStatus(target)) return;
-    PyObject* method = PyObject_GetAttrString(target, "XPluginReceiveMessage");
-    if (method == nullptr) {
+    CV_PyRef method(PyObject_GetAttrString(target, "XPluginReceiveMessage"));
+    if (!method) {
         CV_PrintPythonError();
         CV_WriteToLog("Cannot find method XPluginReceiveMessage\n");
         return;
     }
-    PyObject* args = Py_BuildValue("(OlO)", sender, message, param);
-    PyObject* result = args ? PyObject_Call(method, args, nullptr) : nullptr;
-    Py_XDECREF(args);
-    Py_XDECREF(result);
-    Py_DECREF(method);
+    {
+        CV_PyRef args(Py_BuildValue("(OlO)", sender, message, param));
+        CV_PyRef result(args ? PyObject_Call(method.get(), args.get(), nullptr) : nullptr);
+    }
     CV_PrintPythonError();
 }
 
