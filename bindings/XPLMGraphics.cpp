@@ -1,10 +1,21 @@
-// The script module XPLMGraphics and its constants.
+// The script module XPLMGraphics: graphics state, textures, world and local coordinates, text,
+// numbers and dark boxes drawn on the screen, font metrics; and its constants.
+#include "XPLMGraphics.h"
+
+#include <cmath>
+#include <cstring>
+#include <string>
+#include <vector>
+
 #include "BindingModules.h"
 #include "BindingSupport.h"
-
-#include <iterator>
+#include "SdkDetect.h"
 
 namespace {
+
+const char* const kModule = "XPLMGraphics";
+// The most texture numbers one XPLMGenerateTextureNumbers call may ask for.
+constexpr int kMostTextureNumbers = 65536;
 
 // Installed in this order, each under its SDK name.
 const CV_IntConstant XPLMGraphicsConstants[] = {
@@ -34,7 +45,142 @@ const CV_IntConstant XPLMGraphicsConstants[] = {
     {"xplmFont_Proportional", 18},
 };
 
+// Answers 0, and is not guarded: the graphics state is set for the drawing that follows.
+PyObject* PY_XPLMSetGraphicsState(PyObject* self, PyObject* args) {
+    int fog = 0, textureUnits = 0, lighting = 0, alphaTesting = 0, alphaBlending = 0, depthTesting = 0,
+        depthWriting = 0;
+    if (!PyArg_ParseTuple(args, "iiiiiii", &fog, &textureUnits, &lighting, &alphaTesting, &alphaBlending,
+                          &depthTesting, &depthWriting))
+        return nullptr;
+    XPLMSetGraphicsState(fog, textureUnits, lighting, alphaTesting, alphaBlending, depthTesting, depthWriting);
+    return CV_IntResult(0);
+}
+
+PyObject* PY_XPLMBindTexture2d(PyObject* self, PyObject* args) {
+    int texture = 0, unit = 0;
+    if (!PyArg_ParseTuple(args, "ii", &texture, &unit)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPLMBindTexture2d", CV_IntResult(0), XPLMBindTexture2d(texture, unit));
+    return CV_IntResult(1);
+}
+
+// Appends the count numbers the simulator generated to the script's list (None drops them). A
+// count outside 0 to 65536 is the script's mistake, reported before anything is allocated.
+PyObject* PY_XPLMGenerateTextureNumbers(PyObject* self, PyObject* args) {
+    PyObject* list = nullptr;
+    int count = 0;
+    if (!PyArg_ParseTuple(args, "Oi", &list, &count) || !CV_CheckOutputList(list)) return nullptr;
+    if (count < 0 || count > kMostTextureNumbers) {
+        PrintException(kModule, "XPLMGenerateTextureNumbers", CV_PARAMETER_ERROR);
+        return CV_IntResult(0);
+    }
+    std::vector<int> numbers(static_cast<size_t>(count) + 1, 0);
+    CV_SDK_GUARD(kModule, "XPLMGenerateTextureNumbers", CV_IntResult(0),
+                 XPLMGenerateTextureNumbers(numbers.data(), count));
+    for (int i = 0; list != Py_None && i < count; ++i)
+        if (!CV_AppendOutput(list, CV_IntResult(numbers[static_cast<size_t>(i)]))) return nullptr;
+    return CV_IntResult(1);
+}
+
+PyObject* PY_XPLMGetTexture(PyObject* self, PyObject* args) {
+    int texture = 0;
+    if (!PyArg_ParseTuple(args, "i", &texture)) return nullptr;
+    int number = 0;
+    CV_SDK_GUARD(kModule, "XPLMGetTexture", CV_IntResult(0), number = XPLMGetTexture(texture));
+    return CV_IntResult(number);
+}
+
+// XPLMWorldToLocal and XPLMLocalToWorld: three doubles in, the tuple of three converted out.
+template <void (*Sdk)(double, double, double, double*, double*, double*)>
+PyObject* Convert(PyObject* args, const char* function) {
+    double in[3] = {}, out[3] = {};
+    if (!PyArg_ParseTuple(args, "ddd", &in[0], &in[1], &in[2])) return nullptr;
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0), Sdk(in[0], in[1], in[2], &out[0], &out[1], &out[2]));
+    return Py_BuildValue("(ddd)", out[0], out[1], out[2]);
+}
+
+PyObject* PY_XPLMWorldToLocal(PyObject* self, PyObject* args) {
+    return Convert<XPLMWorldToLocal>(args, "XPLMWorldToLocal");
+}
+PyObject* PY_XPLMLocalToWorld(PyObject* self, PyObject* args) {
+    return Convert<XPLMLocalToWorld>(args, "XPLMLocalToWorld");
+}
+
+PyObject* PY_XPLMDrawTranslucentDarkBox(PyObject* self, PyObject* args) {
+    int left = 0, top = 0, right = 0, bottom = 0;
+    if (!PyArg_ParseTuple(args, "iiii", &left, &top, &right, &bottom)) return nullptr;
+    CV_SDK_GUARD(kModule, "XPLMDrawTranslucentDarkBox", CV_IntResult(0),
+                 XPLMDrawTranslucentDarkBox(left, top, right, bottom));
+    return CV_IntResult(1);
+}
+
+// The colour is a tuple of three floats; the text is copied, since the SDK takes it writable. A
+// word-wrap width of 0 draws on one line (the SDK gets no width).
+PyObject* PY_XPLMDrawString(PyObject* self, PyObject* args) {
+    float colour[3] = {1.0f, 1.0f, 1.0f};
+    int x = 0, y = 0, wrapWidth = 0, font = 0;
+    const char* text = nullptr;
+    if (!PyArg_ParseTuple(args, "(fff)iisii", &colour[0], &colour[1], &colour[2], &x, &y, &text, &wrapWidth, &font))
+        return nullptr;
+    std::vector<char> copy(text, text + strlen(text) + 1);
+    CV_SDK_GUARD(kModule, "XPLMDrawString", CV_IntResult(0),
+                 XPLMDrawString(colour, x, y, copy.data(), wrapWidth != 0 ? &wrapWidth : nullptr, font));
+    return CV_IntResult(1);
+}
+
+PyObject* PY_XPLMDrawNumber(PyObject* self, PyObject* args) {
+    float colour[3] = {1.0f, 1.0f, 1.0f};
+    int x = 0, y = 0, digits = 0, decimals = 0, showSign = 0, font = 0;
+    double value = 0.0;
+    if (!PyArg_ParseTuple(args, "(fff)iidiiii", &colour[0], &colour[1], &colour[2], &x, &y, &value, &digits,
+                          &decimals, &showSign, &font))
+        return nullptr;
+    CV_SDK_GUARD(kModule, "XPLMDrawNumber", CV_IntResult(0),
+                 XPLMDrawNumber(colour, x, y, value, digits, decimals, showSign, font));
+    return CV_IntResult(1);
+}
+
+PyObject* PY_XPLMGetFontDimensions(PyObject* self, PyObject* args) {
+    int font = 0;
+    PyObject *outWidth = nullptr, *outHeight = nullptr, *outDigitsOnly = nullptr;
+    if (!PyArg_ParseTuple(args, "iOOO", &font, &outWidth, &outHeight, &outDigitsOnly)) return nullptr;
+    for (PyObject* out : {outWidth, outHeight, outDigitsOnly})
+        if (!CV_CheckOutputList(out)) return nullptr;
+    int width = 0, height = 0, digitsOnly = 0;
+    CV_SDK_GUARD(kModule, "XPLMGetFontDimensions", CV_IntResult(0),
+                 XPLMGetFontDimensions(font, CV_OutPointer(outWidth, &width), CV_OutPointer(outHeight, &height),
+                                       CV_OutPointer(outDigitsOnly, &digitsOnly)));
+    if (!CV_StoreOutput(outWidth, CV_IntResult(width)) || !CV_StoreOutput(outHeight, CV_IntResult(height)) ||
+        !CV_StoreOutput(outDigitsOnly, CV_IntResult(digitsOnly)))
+        return nullptr;
+    return CV_IntResult(1);
+}
+
+// The width in pixels, truncated toward zero. The character count is bounded by the text, so the
+// simulator never reads past it.
+PyObject* PY_XPLMMeasureString(PyObject* self, PyObject* args) {
+    CV_REQUIRE_SDK(kModule, Sdk200, XPLMMeasureString);
+    int font = 0, count = 0;
+    const char* text = nullptr;
+    if (!PyArg_ParseTuple(args, "isi", &font, &text, &count)) return nullptr;
+    const int length = static_cast<int>(strnlen(text, 1u << 20));
+    if (count < 0 || count > length) count = count < 0 ? 0 : length;
+    float width = 0.0f;
+    CV_SDK_GUARD(kModule, "XPLMMeasureString", CV_IntResult(0), width = XPLMMeasureString_ptr(font, text, count));
+    return CV_IntResult(std::isfinite(width) ? static_cast<long>(std::trunc(width)) : 0);
+}
+
 PyMethodDef XPLMGraphicsMethods[] = {
+    {"XPLMSetGraphicsState", PY_XPLMSetGraphicsState, METH_VARARGS, "Set Graphics State."},
+    {"XPLMBindTexture2d", PY_XPLMBindTexture2d, METH_VARARGS, "Bind Texture."},
+    {"XPLMGenerateTextureNumbers", PY_XPLMGenerateTextureNumbers, METH_VARARGS, "Generate Texture Numbers."},
+    {"XPLMGetTexture", PY_XPLMGetTexture, METH_VARARGS, "Get Texture."},
+    {"XPLMWorldToLocal", PY_XPLMWorldToLocal, METH_VARARGS, "Convert World to Local Coordinates."},
+    {"XPLMLocalToWorld", PY_XPLMLocalToWorld, METH_VARARGS, "Convert Local to World Coordinates."},
+    {"XPLMDrawTranslucentDarkBox", PY_XPLMDrawTranslucentDarkBox, METH_VARARGS, "Draw Translucent Dark Box."},
+    {"XPLMDrawString", PY_XPLMDrawString, METH_VARARGS, "Draw String."},
+    {"XPLMDrawNumber", PY_XPLMDrawNumber, METH_VARARGS, "Draw Number."},
+    {"XPLMGetFontDimensions", PY_XPLMGetFontDimensions, METH_VARARGS, "Get Font Dimensions."},
+    {"XPLMMeasureString", PY_XPLMMeasureString, METH_VARARGS, "Measure string length."},
     {nullptr, nullptr, 0, nullptr},
 };
 

@@ -1,0 +1,82 @@
+// Graphics and navigation end to end: the binding rules of XPLMGraphics and XPLMNavigation (argument
+// forms, results, output lists, reports and the SDK-level gate), as scripts meet them.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "SimHarness.h"
+
+namespace {
+
+std::string Script(const std::string& later) {
+    return TestScript("Graphics", {"XPLMGraphics", "XPLMNavigation"}, "", later);
+}
+
+std::string Report(const std::string& module, const std::string& function, const std::string& message) {
+    return "Module - " + module + ", Function - " + function + ", Error = " + message + "\n";
+}
+
+TEST(GraphicsNavigation, BindingsTakeTheirArgumentFormsAndAnswerAsDescribed) {
+    SimFolder sim;
+    sim.writeScript("CV_Graphics.py", Script(R"(
+print('state', XPLMSetGraphicsState(0, 1, 0, 0, 1, 0, 0), XPLMBindTexture2d(1, 0))
+ids = [7]
+print('textures', XPLMGenerateTextureNumbers(ids, 3), len(ids), ids[0], all(type(i) is int for i in ids))
+print('no textures', XPLMGenerateTextureNumbers(None, 2), XPLMGenerateTextureNumbers([], -1))
+local = XPLMWorldToLocal(47.45, -122.3, 130)
+world = XPLMLocalToWorld(*local)
+print('convert', len(local), all(type(v) is float for v in local + world))
+print('draw', XPLMDrawTranslucentDarkBox(10, 60, 200, 10), XPLMDrawString((1.0, 1, True), 12, 40, 'Gear down', 0,
+      xplmFont_Basic), XPLMDrawNumber((0.0, 1.0, 0.0), 12, 20, 3.25, 4, 2, 1, xplmFont_Basic))
+for bad in [((1.0, 1.0), 1, 1, 'x', 0, 0), ((1.0, 1.0, 1.0), 1, 1, None, 0, 0)]:
+    try:
+        XPLMDrawString(*bad)
+    except TypeError:
+        print('refused', len(bad[0]))
+w, h = [], [5]
+print('font', XPLMGetFontDimensions(xplmFont_Basic, w, h, None), len(w), len(h), type(XPLMMeasureString(0, 'abc', 99)))
+print('nav info', XPLMGetNavAidInfo(XPLM_NAV_NOT_FOUND, None, None, None, None, None, None, None, None, None))
+print('find', type(XPLMFindNavAid(None, 'SEA', None, None, None, xplm_Nav_VOR)),
+      type(XPLMFindNavAid('Seattle', None, 47.4, -122.3, 11680, xplm_Nav_VOR | xplm_Nav_NDB)))
+try:
+    XPLMFindNavAid(None, None, 'north', None, None, xplm_Nav_VOR)
+except TypeError:
+    print('latitude must be a number')
+out = [[] for i in range(6)]
+print('fms', XPLMSetFMSEntryLatLon(150, 47.0, -122.0, 3000), XPLMClearFMSEntry(-1), XPLMGetFMSEntryInfo(-5, *out),
+      [len(o) for o in out], XPLMSetDestinationFMSEntry(100), type(XPLMGetGPSDestination()))
+try:
+    XPLMGetFMSEntryInfo(0, 'type', None, None, None, None, None)
+except TypeError as e:
+    print('fms out', e)
+)"));
+    SimRun run = sim.run({"--frames", "2"});
+    ASSERT_EQ(run.exitCode, 0) << run.stderrText;
+    EXPECT_EQ(sim.output(),
+              "state 0 1\n"
+              "textures 1 4 7 True\n"
+              "no textures 1 0\n"
+              "convert 3 True\n"
+              "draw 1 1 1\n"
+              "refused 2\n"
+              "refused 3\n"
+              "font 1 1 1 <class 'int'>\n"
+              "nav info (1,)\n"
+              "find <class 'int'> <class 'int'>\n"
+              "latitude must be a number\n"
+              "fms 1 1 1 [1, 1, 1, 1, 1, 1] 1 <class 'int'>\n"
+              "fms out expected sequence\n");
+    EXPECT_EQ(CountOf(sim.log(), Report("XPLMGraphics", "XPLMGenerateTextureNumbers", "Parameter Error")), 1u);
+}
+
+TEST(GraphicsNavigation, MeasureStringNeedsSdk200) {
+    SimFolder sim;
+    sim.writeScript("CV_Graphics.py", Script("print('measure', XPLMMeasureString(xplmFont_Basic, 'abc', 3))\n"));
+    SimRun run = sim.run({"--sdk", "1.02", "--frames", "2"});
+    ASSERT_EQ(run.exitCode, 0) << run.stderrText;
+    EXPECT_EQ(sim.output(), "measure 0\n");
+    EXPECT_NE(sim.log().find(Report("XPLMGraphics", "XPLMMeasureString", "Not supported in SDK 1.02")),
+              std::string::npos);
+}
+
+}  // namespace
