@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <string>
+#include <type_traits>
 
 #include "CallbackRegistry.h"
 #include "PythonRef.h"
@@ -154,3 +155,48 @@ T* CV_OutPointer(PyObject* out, T* storage) {
 bool CV_StoreOutput(PyObject* list, PyObject* value);
 // Appends a value to a list; takes the new reference of `value`. False with the Python error set.
 bool CV_AppendOutput(PyObject* list, PyObject* value);
+
+// ---------------------------------------------------------------- plain wrappers
+
+// The binding of an SDK function of no argument, one int or one handle, whose answer goes back as
+// it is: nothing as 1, a handle as the integer scripts hold, a number as an int. A function of no
+// argument ignores whatever the script passes.
+template <typename... P>
+struct CV_OnlyParameter {
+    using type = int;
+};
+template <typename P>
+struct CV_OnlyParameter<P> {
+    using type = P;
+};
+
+template <typename R, typename... P>
+PyObject* CV_CallSdk(R (*sdk)(P...), const char* module, const char* function, PyObject* args) {
+    static_assert(sizeof...(P) <= 1, "a plain wrapper takes at most one argument");
+    typename CV_OnlyParameter<P...>::type argument{};
+    if constexpr (sizeof...(P) == 1) {
+        if constexpr (std::is_pointer_v<decltype(argument)>) {
+            if (!PyArg_ParseTuple(args, "O&", CV_PointerArg, &argument)) return nullptr;
+        } else {
+            if (!PyArg_ParseTuple(args, "i", &argument)) return nullptr;
+        }
+    }
+    auto call = [&] {
+        if constexpr (sizeof...(P) == 1)
+            return sdk(argument);
+        else
+            return sdk();
+    };
+    if constexpr (std::is_void_v<R>) {
+        CV_SDK_GUARD(module, function, CV_IntResult(0), call());
+        return CV_IntResult(1);
+    } else {
+        R answer{};
+        CV_SDK_GUARD(module, function, CV_IntResult(0), answer = call());
+        if constexpr (std::is_pointer_v<R>)
+            return CV_HandleResult(answer);
+        else
+            return CV_IntResult(answer);
+    }
+}
+

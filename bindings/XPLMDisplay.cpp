@@ -492,26 +492,8 @@ PyObject* PY_XPLMSetWindowGeometry(PyObject* self, PyObject* args) {
     return CV_IntResult(1);
 }
 
-// The window functions of one window id: an answer (Sdk returns int) or an action (returns 1).
-template <int (*Sdk)(XPLMWindowID)>
-PyObject* WindowQuery(PyObject* args, const char* function) {
-    XPLMWindowID window = nullptr;
-    if (!PyArg_ParseTuple(args, "O&", CV_PointerArg, &window)) return nullptr;
-    int answer = 0;
-    CV_SDK_GUARD(kModule, function, CV_IntResult(0), answer = Sdk(window));
-    return CV_IntResult(answer);
-}
-
-template <void (*Sdk)(XPLMWindowID)>
-PyObject* WindowAction(PyObject* args, const char* function) {
-    XPLMWindowID window = nullptr;
-    if (!PyArg_ParseTuple(args, "O&", CV_PointerArg, &window)) return nullptr;
-    CV_SDK_GUARD(kModule, function, CV_IntResult(0), Sdk(window));
-    return CV_IntResult(1);
-}
-
 PyObject* PY_XPLMGetWindowIsVisible(PyObject* self, PyObject* args) {
-    return WindowQuery<XPLMGetWindowIsVisible>(args, "XPLMGetWindowIsVisible");
+    return CV_CallSdk(XPLMGetWindowIsVisible, kModule, "XPLMGetWindowIsVisible", args);
 }
 
 PyObject* PY_XPLMSetWindowIsVisible(PyObject* self, PyObject* args) {
@@ -557,13 +539,13 @@ PyObject* PY_XPLMSetWindowRefCon(PyObject* self, PyObject* args) {
 }
 
 PyObject* PY_XPLMTakeKeyboardFocus(PyObject* self, PyObject* args) {
-    return WindowAction<XPLMTakeKeyboardFocus>(args, "XPLMTakeKeyboardFocus");
+    return CV_CallSdk(XPLMTakeKeyboardFocus, kModule, "XPLMTakeKeyboardFocus", args);
 }
 PyObject* PY_XPLMBringWindowToFront(PyObject* self, PyObject* args) {
-    return WindowAction<XPLMBringWindowToFront>(args, "XPLMBringWindowToFront");
+    return CV_CallSdk(XPLMBringWindowToFront, kModule, "XPLMBringWindowToFront", args);
 }
 PyObject* PY_XPLMIsWindowInFront(PyObject* self, PyObject* args) {
-    return WindowQuery<XPLMIsWindowInFront>(args, "XPLMIsWindowInFront");
+    return CV_CallSdk(XPLMIsWindowInFront, kModule, "XPLMIsWindowInFront", args);
 }
 
 // ---------------------------------------------------------------- the module

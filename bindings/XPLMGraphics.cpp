@@ -81,13 +81,7 @@ PyObject* PY_XPLMGenerateTextureNumbers(PyObject* self, PyObject* args) {
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPLMGetTexture(PyObject* self, PyObject* args) {
-    int texture = 0;
-    if (!PyArg_ParseTuple(args, "i", &texture)) return nullptr;
-    int number = 0;
-    CV_SDK_GUARD(kModule, "XPLMGetTexture", CV_IntResult(0), number = XPLMGetTexture(texture));
-    return CV_IntResult(number);
-}
+PyObject* PY_XPLMGetTexture(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMGetTexture, kModule, "XPLMGetTexture", args); }
 
 // XPLMWorldToLocal and XPLMLocalToWorld: three doubles in, the tuple of three converted out.
 template <void (*Sdk)(double, double, double, double*, double*, double*)>

@@ -98,12 +98,7 @@ PyObject* PY_XPLMRemoveMenuItem(PyObject* self, PyObject* args) {
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPLMClearAllMenuItems(PyObject* self, PyObject* args) {
-    XPLMMenuID menu = nullptr;
-    if (!PyArg_ParseTuple(args, "O&", CV_PointerArg, &menu)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMClearAllMenuItems", CV_IntResult(0), XPLMClearAllMenuItems(menu));
-    return CV_IntResult(1);
-}
+PyObject* PY_XPLMClearAllMenuItems(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMClearAllMenuItems, kModule, "XPLMClearAllMenuItems", args); }
 
 PyObject* PY_XPLMAppendMenuItem(PyObject* self, PyObject* args) {
     const char* itemName = nullptr;
@@ -118,12 +113,7 @@ PyObject* PY_XPLMAppendMenuItem(PyObject* self, PyObject* args) {
     return CV_IntResult(index);
 }
 
-PyObject* PY_XPLMAppendMenuSeparator(PyObject* self, PyObject* args) {
-    XPLMMenuID menu = nullptr;
-    if (!PyArg_ParseTuple(args, "O&", CV_PointerArg, &menu)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMAppendMenuSeparator", CV_IntResult(0), XPLMAppendMenuSeparator(menu));
-    return CV_IntResult(1);
-}
+PyObject* PY_XPLMAppendMenuSeparator(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMAppendMenuSeparator, kModule, "XPLMAppendMenuSeparator", args); }
 
 PyObject* PY_XPLMSetMenuItemName(PyObject* self, PyObject* args) {
     int index = 0, forceEnglish = 0;

@@ -34,46 +34,19 @@ const CV_IntConstant XPLMNavigationConstants[] = {
     {"XPLM_NAV_NOT_FOUND", -1},
 };
 
-// The functions without arguments that answer one int; whatever a script passes is ignored.
-template <int (*Sdk)()>
-PyObject* Query(const char* function) {
-    int answer = 0;
-    CV_SDK_GUARD(kModule, function, CV_IntResult(0), answer = Sdk());
-    return CV_IntResult(answer);
-}
-
-// The functions of one int that answer one int.
-template <int (*Sdk)(int)>
-PyObject* IntQuery(PyObject* args, const char* function) {
-    int value = 0;
-    if (!PyArg_ParseTuple(args, "i", &value)) return nullptr;
-    int answer = 0;
-    CV_SDK_GUARD(kModule, function, CV_IntResult(0), answer = Sdk(value));
-    return CV_IntResult(answer);
-}
-
-// The functions of one int that answer nothing: 1.
-template <void (*Sdk)(int)>
-PyObject* IntAction(PyObject* args, const char* function) {
-    int value = 0;
-    if (!PyArg_ParseTuple(args, "i", &value)) return nullptr;
-    CV_SDK_GUARD(kModule, function, CV_IntResult(0), Sdk(value));
-    return CV_IntResult(1);
-}
-
 // ---------------------------------------------------------------- navaids
 
 PyObject* PY_XPLMGetFirstNavAid(PyObject* self, PyObject* args) {
-    return Query<XPLMGetFirstNavAid>("XPLMGetFirstNavAid");
+    return CV_CallSdk(XPLMGetFirstNavAid, kModule, "XPLMGetFirstNavAid", args);
 }
 PyObject* PY_XPLMGetNextNavAid(PyObject* self, PyObject* args) {
-    return IntQuery<XPLMGetNextNavAid>(args, "XPLMGetNextNavAid");
+    return CV_CallSdk(XPLMGetNextNavAid, kModule, "XPLMGetNextNavAid", args);
 }
 PyObject* PY_XPLMFindFirstNavAidOfType(PyObject* self, PyObject* args) {
-    return IntQuery<XPLMFindFirstNavAidOfType>(args, "XPLMFindFirstNavAidOfType");
+    return CV_CallSdk(XPLMFindFirstNavAidOfType, kModule, "XPLMFindFirstNavAidOfType", args);
 }
 PyObject* PY_XPLMFindLastNavAidOfType(PyObject* self, PyObject* args) {
-    return IntQuery<XPLMFindLastNavAidOfType>(args, "XPLMFindLastNavAidOfType");
+    return CV_CallSdk(XPLMFindLastNavAidOfType, kModule, "XPLMFindLastNavAidOfType", args);
 }
 
 // An optional argument of XPLMFindNavAid: None leaves the SDK's pointer null.
@@ -160,19 +133,19 @@ PyObject* PY_XPLMGetNavAidInfo(PyObject* self, PyObject* args) {
 // ---------------------------------------------------------------- FMS and GPS
 
 PyObject* PY_XPLMCountFMSEntries(PyObject* self, PyObject* args) {
-    return Query<XPLMCountFMSEntries>("XPLMCountFMSEntries");
+    return CV_CallSdk(XPLMCountFMSEntries, kModule, "XPLMCountFMSEntries", args);
 }
 PyObject* PY_XPLMGetDisplayedFMSEntry(PyObject* self, PyObject* args) {
-    return Query<XPLMGetDisplayedFMSEntry>("XPLMGetDisplayedFMSEntry");
+    return CV_CallSdk(XPLMGetDisplayedFMSEntry, kModule, "XPLMGetDisplayedFMSEntry", args);
 }
 PyObject* PY_XPLMGetDestinationFMSEntry(PyObject* self, PyObject* args) {
-    return Query<XPLMGetDestinationFMSEntry>("XPLMGetDestinationFMSEntry");
+    return CV_CallSdk(XPLMGetDestinationFMSEntry, kModule, "XPLMGetDestinationFMSEntry", args);
 }
 PyObject* PY_XPLMSetDisplayedFMSEntry(PyObject* self, PyObject* args) {
-    return IntAction<XPLMSetDisplayedFMSEntry>(args, "XPLMSetDisplayedFMSEntry");
+    return CV_CallSdk(XPLMSetDisplayedFMSEntry, kModule, "XPLMSetDisplayedFMSEntry", args);
 }
 PyObject* PY_XPLMSetDestinationFMSEntry(PyObject* self, PyObject* args) {
-    return IntAction<XPLMSetDestinationFMSEntry>(args, "XPLMSetDestinationFMSEntry");
+    return CV_CallSdk(XPLMSetDestinationFMSEntry, kModule, "XPLMSetDestinationFMSEntry", args);
 }
 
 PyObject* PY_XPLMGetFMSEntryInfo(PyObject* self, PyObject* args) {
@@ -215,13 +188,13 @@ PyObject* PY_XPLMSetFMSEntryLatLon(PyObject* self, PyObject* args) {
 }
 
 PyObject* PY_XPLMClearFMSEntry(PyObject* self, PyObject* args) {
-    return IntAction<XPLMClearFMSEntry>(args, "XPLMClearFMSEntry");
+    return CV_CallSdk(XPLMClearFMSEntry, kModule, "XPLMClearFMSEntry", args);
 }
 PyObject* PY_XPLMGetGPSDestinationType(PyObject* self, PyObject* args) {
-    return Query<XPLMGetGPSDestinationType>("XPLMGetGPSDestinationType");
+    return CV_CallSdk(XPLMGetGPSDestinationType, kModule, "XPLMGetGPSDestinationType", args);
 }
 PyObject* PY_XPLMGetGPSDestination(PyObject* self, PyObject* args) {
-    return Query<XPLMGetGPSDestination>("XPLMGetGPSDestination");
+    return CV_CallSdk(XPLMGetGPSDestination, kModule, "XPLMGetGPSDestination", args);
 }
 
 PyMethodDef XPLMNavigationMethods[] = {

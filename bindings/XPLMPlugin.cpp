@@ -52,25 +52,11 @@ void CV_FeatureEnum(const char* inFeature, void* inRef) {
 
 // ---------------------------------------------------------------- plugins
 
-PyObject* PY_XPLMGetMyID(PyObject* self, PyObject* args) {
-    XPLMPluginID id = XPLM_NO_PLUGIN_ID;
-    CV_SDK_GUARD(kModule, "XPLMGetMyID", CV_IntResult(0), id = XPLMGetMyID());
-    return CV_IntResult(id);
-}
+PyObject* PY_XPLMGetMyID(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMGetMyID, kModule, "XPLMGetMyID", args); }
 
-PyObject* PY_XPLMCountPlugins(PyObject* self, PyObject* args) {
-    int count = 0;
-    CV_SDK_GUARD(kModule, "XPLMCountPlugins", CV_IntResult(0), count = XPLMCountPlugins());
-    return CV_IntResult(count);
-}
+PyObject* PY_XPLMCountPlugins(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMCountPlugins, kModule, "XPLMCountPlugins", args); }
 
-PyObject* PY_XPLMGetNthPlugin(PyObject* self, PyObject* args) {
-    int index = 0;
-    if (!PyArg_ParseTuple(args, "i", &index)) return nullptr;
-    XPLMPluginID id = XPLM_NO_PLUGIN_ID;
-    CV_SDK_GUARD(kModule, "XPLMGetNthPlugin", CV_IntResult(0), id = XPLMGetNthPlugin(index));
-    return CV_IntResult(id);
-}
+PyObject* PY_XPLMGetNthPlugin(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMGetNthPlugin, kModule, "XPLMGetNthPlugin", args); }
 
 PyObject* PY_XPLMFindPluginByPath(PyObject* self, PyObject* args) {
     const char* path = nullptr;
@@ -129,28 +115,11 @@ PyObject* PY_XPLMGetPluginInfo_NP(PyObject* self, PyObject* args) {
     return GetPluginInfo(scriptId, plugin, outs);
 }
 
-PyObject* PY_XPLMIsPluginEnabled(PyObject* self, PyObject* args) {
-    int plugin = 0;
-    if (!PyArg_ParseTuple(args, "i", &plugin)) return nullptr;
-    int enabled = 0;
-    CV_SDK_GUARD(kModule, "XPLMIsPluginEnabled", CV_IntResult(0), enabled = XPLMIsPluginEnabled(plugin));
-    return CV_IntResult(enabled);
-}
+PyObject* PY_XPLMIsPluginEnabled(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMIsPluginEnabled, kModule, "XPLMIsPluginEnabled", args); }
 
-PyObject* PY_XPLMEnablePlugin(PyObject* self, PyObject* args) {
-    int plugin = 0;
-    if (!PyArg_ParseTuple(args, "i", &plugin)) return nullptr;
-    int result = 0;
-    CV_SDK_GUARD(kModule, "XPLMEnablePlugin", CV_IntResult(0), result = XPLMEnablePlugin(plugin));
-    return CV_IntResult(result);
-}
+PyObject* PY_XPLMEnablePlugin(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMEnablePlugin, kModule, "XPLMEnablePlugin", args); }
 
-PyObject* PY_XPLMDisablePlugin(PyObject* self, PyObject* args) {
-    int plugin = 0;
-    if (!PyArg_ParseTuple(args, "i", &plugin)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMDisablePlugin", CV_IntResult(0), XPLMDisablePlugin(plugin));
-    return CV_IntResult(1);
-}
+PyObject* PY_XPLMDisablePlugin(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMDisablePlugin, kModule, "XPLMDisablePlugin", args); }
 
 PyObject* PY_XPLMReloadPlugins(PyObject* self, PyObject* args) {
     if (!CV_Guarded(

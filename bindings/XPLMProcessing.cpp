@@ -41,11 +41,7 @@ PyObject* PY_XPLMGetElapsedTime(PyObject* self, PyObject* args) {
     return PyFloat_FromDouble(elapsed);
 }
 
-PyObject* PY_XPLMGetCycleNumber(PyObject* self, PyObject* args) {
-    int cycle = 0;
-    CV_SDK_GUARD(kModule, "XPLMGetCycleNumber", CV_IntResult(0), cycle = XPLMGetCycleNumber());
-    return CV_IntResult(cycle);
-}
+PyObject* PY_XPLMGetCycleNumber(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMGetCycleNumber, kModule, "XPLMGetCycleNumber", args); }
 
 PyObject* PY_XPLMRegisterFlightLoopCallback(PyObject* self, PyObject* args) {
     PyObject *scriptId = nullptr, *callable = nullptr;

@@ -263,26 +263,11 @@ PyObject* PY_XPLMSpeakString(PyObject* self, PyObject* args) {
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPLMCommandKeyStroke(PyObject* self, PyObject* args) {
-    int key = 0;
-    if (!PyArg_ParseTuple(args, "i", &key)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMCommandKeyStroke", CV_IntResult(0), XPLMCommandKeyStroke(key));
-    return CV_IntResult(1);
-}
+PyObject* PY_XPLMCommandKeyStroke(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMCommandKeyStroke, kModule, "XPLMCommandKeyStroke", args); }
 
-PyObject* PY_XPLMCommandButtonPress(PyObject* self, PyObject* args) {
-    int button = 0;
-    if (!PyArg_ParseTuple(args, "i", &button)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMCommandButtonPress", CV_IntResult(0), XPLMCommandButtonPress(button));
-    return CV_IntResult(1);
-}
+PyObject* PY_XPLMCommandButtonPress(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMCommandButtonPress, kModule, "XPLMCommandButtonPress", args); }
 
-PyObject* PY_XPLMCommandButtonRelease(PyObject* self, PyObject* args) {
-    int button = 0;
-    if (!PyArg_ParseTuple(args, "i", &button)) return nullptr;
-    CV_SDK_GUARD(kModule, "XPLMCommandButtonRelease", CV_IntResult(0), XPLMCommandButtonRelease(button));
-    return CV_IntResult(1);
-}
+PyObject* PY_XPLMCommandButtonRelease(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMCommandButtonRelease, kModule, "XPLMCommandButtonRelease", args); }
 
 PyObject* PY_XPLMGetVirtualKeyDescription(PyObject* self, PyObject* args) {
     unsigned char virtualKey = 0;
@@ -455,11 +440,7 @@ PyObject* PY_XPLMGetDirectoryContents_NP(PyObject* self, PyObject* args) { retur
 
 // ---------------------------------------------------------------- versions, language, log
 
-PyObject* PY_XPLMInitialized(PyObject* self, PyObject* args) {
-    int initialized = 0;
-    CV_SDK_GUARD(kModule, "XPLMInitialized", CV_IntResult(0), initialized = XPLMInitialized());
-    return CV_IntResult(initialized);
-}
+PyObject* PY_XPLMInitialized(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMInitialized, kModule, "XPLMInitialized", args); }
 
 PyObject* PY_XPLMGetVersions(PyObject* self, PyObject* args) {
     int xplaneVersion = 0, xplmVersion = 0;
@@ -469,11 +450,7 @@ PyObject* PY_XPLMGetVersions(PyObject* self, PyObject* args) {
     return Py_BuildValue("(iii)", xplaneVersion, xplmVersion, host);
 }
 
-PyObject* PY_XPLMGetLanguage(PyObject* self, PyObject* args) {
-    XPLMLanguageCode language = xplm_Language_Unknown;
-    CV_SDK_GUARD(kModule, "XPLMGetLanguage", CV_IntResult(0), language = XPLMGetLanguage());
-    return CV_IntResult(language);
-}
+PyObject* PY_XPLMGetLanguage(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMGetLanguage, kModule, "XPLMGetLanguage", args); }
 
 PyObject* PY_XPLMDebugString(PyObject* self, PyObject* args) {
     const char* text = nullptr;

@@ -212,29 +212,8 @@ PyObject* PY_XPPlaceWidgetWithin(PyObject* self, PyObject* args) {
     return CV_IntResult(1);
 }
 
-// The functions of one widget argument, told apart by what they give back.
-template <typename R, R (*Sdk)(XPWidgetID)>
-PyObject* OneWidget(PyObject* args, const char* function, PyObject* (*convert)(R)) {
-    XPWidgetID widget = nullptr;
-    if (!PyArg_ParseTuple(args, "O&", CV_PointerArg, &widget)) return nullptr;
-    R result{};
-    CV_SDK_GUARD(kModule, function, CV_IntResult(0), result = Sdk(widget));
-    return convert(result);
-}
-
-template <void (*Sdk)(XPWidgetID)>
-PyObject* OneWidgetAction(PyObject* args, const char* function) {
-    XPWidgetID widget = nullptr;
-    if (!PyArg_ParseTuple(args, "O&", CV_PointerArg, &widget)) return nullptr;
-    CV_SDK_GUARD(kModule, function, CV_IntResult(0), Sdk(widget));
-    return CV_IntResult(1);
-}
-
-PyObject* IntOf(int value) { return CV_IntResult(value); }
-PyObject* HandleOf(XPWidgetID value) { return CV_HandleResult(value); }
-
 PyObject* PY_XPCountChildWidgets(PyObject* self, PyObject* args) {
-    return OneWidget<int, XPCountChildWidgets>(args, "XPCountChildWidgets", IntOf);
+    return CV_CallSdk(XPCountChildWidgets, kModule, "XPCountChildWidgets", args);
 }
 
 PyObject* PY_XPGetNthChildWidget(PyObject* self, PyObject* args) {
@@ -248,21 +227,21 @@ PyObject* PY_XPGetNthChildWidget(PyObject* self, PyObject* args) {
 }
 
 PyObject* PY_XPGetParentWidget(PyObject* self, PyObject* args) {
-    return OneWidget<XPWidgetID, XPGetParentWidget>(args, "XPGetParentWidget", HandleOf);
+    return CV_CallSdk(XPGetParentWidget, kModule, "XPGetParentWidget", args);
 }
-PyObject* PY_XPShowWidget(PyObject* self, PyObject* args) { return OneWidgetAction<XPShowWidget>(args, "XPShowWidget"); }
-PyObject* PY_XPHideWidget(PyObject* self, PyObject* args) { return OneWidgetAction<XPHideWidget>(args, "XPHideWidget"); }
+PyObject* PY_XPShowWidget(PyObject* self, PyObject* args) { return CV_CallSdk(XPShowWidget, kModule, "XPShowWidget", args); }
+PyObject* PY_XPHideWidget(PyObject* self, PyObject* args) { return CV_CallSdk(XPHideWidget, kModule, "XPHideWidget", args); }
 PyObject* PY_XPIsWidgetVisible(PyObject* self, PyObject* args) {
-    return OneWidget<int, XPIsWidgetVisible>(args, "XPIsWidgetVisible", IntOf);
+    return CV_CallSdk(XPIsWidgetVisible, kModule, "XPIsWidgetVisible", args);
 }
 PyObject* PY_XPFindRootWidget(PyObject* self, PyObject* args) {
-    return OneWidget<XPWidgetID, XPFindRootWidget>(args, "XPFindRootWidget", HandleOf);
+    return CV_CallSdk(XPFindRootWidget, kModule, "XPFindRootWidget", args);
 }
 PyObject* PY_XPBringRootWidgetToFront(PyObject* self, PyObject* args) {
-    return OneWidgetAction<XPBringRootWidgetToFront>(args, "XPBringRootWidgetToFront");
+    return CV_CallSdk(XPBringRootWidgetToFront, kModule, "XPBringRootWidgetToFront", args);
 }
 PyObject* PY_XPIsWidgetInFront(PyObject* self, PyObject* args) {
-    return OneWidget<int, XPIsWidgetInFront>(args, "XPIsWidgetInFront", IntOf);
+    return CV_CallSdk(XPIsWidgetInFront, kModule, "XPIsWidgetInFront", args);
 }
 
 // ---------------------------------------------------------------- geometry
@@ -365,10 +344,10 @@ PyObject* PY_XPGetWidgetProperty(PyObject* self, PyObject* args) {
 // ---------------------------------------------------------------- keyboard focus and classes
 
 PyObject* PY_XPSetKeyboardFocus(PyObject* self, PyObject* args) {
-    return OneWidget<XPWidgetID, XPSetKeyboardFocus>(args, "XPSetKeyboardFocus", HandleOf);
+    return CV_CallSdk(XPSetKeyboardFocus, kModule, "XPSetKeyboardFocus", args);
 }
 PyObject* PY_XPLoseKeyboardFocus(PyObject* self, PyObject* args) {
-    return OneWidgetAction<XPLoseKeyboardFocus>(args, "XPLoseKeyboardFocus");
+    return CV_CallSdk(XPLoseKeyboardFocus, kModule, "XPLoseKeyboardFocus", args);
 }
 
 PyObject* PY_XPGetWidgetWithFocus(PyObject* self, PyObject* args) {
