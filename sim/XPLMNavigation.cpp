@@ -1,47 +1,30 @@
 // XPLMNavigation: the navaid database, the FMS and the GPS.
 #include "XPLMNavigation.h"
 
+#include "world/Navigation.h"
 #include "world/World.h"
 
+XPLMNavRef XPLMGetFirstNavAid(void) { return xpsim::FirstNavAid(); }
+
+XPLMNavRef XPLMGetNextNavAid(XPLMNavRef inNavAidRef) { return xpsim::NextNavAid(inNavAidRef); }
+
+XPLMNavRef XPLMFindFirstNavAidOfType(XPLMNavType inType) { return xpsim::FirstNavAidOfType(inType); }
+
+XPLMNavRef XPLMFindLastNavAidOfType(XPLMNavType inType) { return xpsim::LastNavAidOfType(inType); }
+
+XPLMNavRef XPLMFindNavAid(const char* inNameFragment, const char* inIDFragment, float* inLat, float* inLon,
+                          int* inFrequency, XPLMNavType inType) {
+    return xpsim::FindNavAid(inNameFragment, inIDFragment, inLat, inLon, inFrequency, inType);
+}
+
+void XPLMGetNavAidInfo(XPLMNavRef inRef, XPLMNavType* outType, float* outLatitude, float* outLongitude,
+                       float* outHeight, int* outFrequency, float* outHeading, char* outID, char* outName,
+                       char* outReg) {
+    xpsim::GetNavAidInfo(inRef, outType, outLatitude, outLongitude, outHeight, outFrequency, outHeading, outID,
+                         outName, outReg);
+}
+
 // ------------------------------------------------------------------ not yet simulated
-
-XPLMNavRef XPLMGetFirstNavAid(void) {
-    xpsim::NotYetSimulated("XPLMGetFirstNavAid");
-    return XPLM_NAV_NOT_FOUND;
-}
-
-XPLMNavRef XPLMGetNextNavAid(XPLMNavRef inNavAidRef) {
-    xpsim::NotYetSimulated("XPLMGetNextNavAid");
-    return XPLM_NAV_NOT_FOUND;
-}
-
-XPLMNavRef XPLMFindFirstNavAidOfType(XPLMNavType inType) {
-    xpsim::NotYetSimulated("XPLMFindFirstNavAidOfType");
-    return XPLM_NAV_NOT_FOUND;
-}
-
-XPLMNavRef XPLMFindLastNavAidOfType(XPLMNavType inType) {
-    xpsim::NotYetSimulated("XPLMFindLastNavAidOfType");
-    return XPLM_NAV_NOT_FOUND;
-}
-
-XPLMNavRef XPLMFindNavAid(const char * inNameFragment, const char * inIDFragment, float * inLat, float * inLon, int * inFrequency, XPLMNavType inType) {
-    xpsim::NotYetSimulated("XPLMFindNavAid");
-    return XPLM_NAV_NOT_FOUND;
-}
-
-void XPLMGetNavAidInfo(XPLMNavRef inRef, XPLMNavType * outType, float * outLatitude, float * outLongitude, float * outHeight, int * outFrequency, float * outHeading, char * outID, char * outName, char * outReg) {
-    xpsim::NotYetSimulated("XPLMGetNavAidInfo");
-    if (outType) *outType = 0;
-    if (outLatitude) *outLatitude = 0;
-    if (outLongitude) *outLongitude = 0;
-    if (outHeight) *outHeight = 0;
-    if (outFrequency) *outFrequency = 0;
-    if (outHeading) *outHeading = 0;
-    if (outID) outID[0] = '\0';
-    if (outName) outName[0] = '\0';
-    if (outReg) outReg[0] = '\0';
-}
 
 int XPLMCountFMSEntries(void) {
     xpsim::NotYetSimulated("XPLMCountFMSEntries");
