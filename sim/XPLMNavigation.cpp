@@ -2,7 +2,6 @@
 #include "XPLMNavigation.h"
 
 #include "world/Navigation.h"
-#include "world/World.h"
 
 XPLMNavRef XPLMGetFirstNavAid(void) { return xpsim::FirstNavAid(); }
 
@@ -24,59 +23,31 @@ void XPLMGetNavAidInfo(XPLMNavRef inRef, XPLMNavType* outType, float* outLatitud
                          outName, outReg);
 }
 
-// ------------------------------------------------------------------ not yet simulated
+int XPLMCountFMSEntries(void) { return xpsim::CountFmsEntries(); }
 
-int XPLMCountFMSEntries(void) {
-    xpsim::NotYetSimulated("XPLMCountFMSEntries");
-    return 0;
-}
+int XPLMGetDisplayedFMSEntry(void) { return xpsim::DisplayedFmsEntry(); }
 
-int XPLMGetDisplayedFMSEntry(void) {
-    xpsim::NotYetSimulated("XPLMGetDisplayedFMSEntry");
-    return 0;
-}
+int XPLMGetDestinationFMSEntry(void) { return xpsim::DestinationFmsEntry(); }
 
-int XPLMGetDestinationFMSEntry(void) {
-    xpsim::NotYetSimulated("XPLMGetDestinationFMSEntry");
-    return 0;
-}
+void XPLMSetDisplayedFMSEntry(int inIndex) { xpsim::SetDisplayedFmsEntry(inIndex); }
 
-void XPLMSetDisplayedFMSEntry(int inIndex) {
-    xpsim::NotYetSimulated("XPLMSetDisplayedFMSEntry");
-}
+void XPLMSetDestinationFMSEntry(int inIndex) { xpsim::SetDestinationFmsEntry(inIndex); }
 
-void XPLMSetDestinationFMSEntry(int inIndex) {
-    xpsim::NotYetSimulated("XPLMSetDestinationFMSEntry");
-}
-
-void XPLMGetFMSEntryInfo(int inIndex, XPLMNavType * outType, char * outID, XPLMNavRef * outRef, int * outAltitude, float * outLat, float * outLon) {
-    xpsim::NotYetSimulated("XPLMGetFMSEntryInfo");
-    if (outType) *outType = 0;
-    if (outID) outID[0] = '\0';
-    if (outRef) *outRef = XPLM_NAV_NOT_FOUND;
-    if (outAltitude) *outAltitude = 0;
-    if (outLat) *outLat = 0;
-    if (outLon) *outLon = 0;
+void XPLMGetFMSEntryInfo(int inIndex, XPLMNavType* outType, char* outID, XPLMNavRef* outRef, int* outAltitude,
+                         float* outLat, float* outLon) {
+    xpsim::GetFmsEntryInfo(inIndex, outType, outID, outRef, outAltitude, outLat, outLon);
 }
 
 void XPLMSetFMSEntryInfo(int inIndex, XPLMNavRef inRef, int inAltitude) {
-    xpsim::NotYetSimulated("XPLMSetFMSEntryInfo");
+    xpsim::SetFmsEntryInfo(inIndex, inRef, inAltitude);
 }
 
 void XPLMSetFMSEntryLatLon(int inIndex, float inLat, float inLon, int inAltitude) {
-    xpsim::NotYetSimulated("XPLMSetFMSEntryLatLon");
+    xpsim::SetFmsEntryLatLon(inIndex, inLat, inLon, inAltitude);
 }
 
-void XPLMClearFMSEntry(int inIndex) {
-    xpsim::NotYetSimulated("XPLMClearFMSEntry");
-}
+void XPLMClearFMSEntry(int inIndex) { xpsim::ClearFmsEntry(inIndex); }
 
-XPLMNavType XPLMGetGPSDestinationType(void) {
-    xpsim::NotYetSimulated("XPLMGetGPSDestinationType");
-    return xplm_Nav_Unknown;
-}
+XPLMNavType XPLMGetGPSDestinationType(void) { return xpsim::GpsDestinationType(); }
 
-XPLMNavRef XPLMGetGPSDestination(void) {
-    xpsim::NotYetSimulated("XPLMGetGPSDestination");
-    return XPLM_NAV_NOT_FOUND;
-}
+XPLMNavRef XPLMGetGPSDestination(void) { return xpsim::GpsDestination(); }

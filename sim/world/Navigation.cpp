@@ -1,10 +1,12 @@
-// The navigation database.
+// The navigation database, the FMS and the GPS.
 #include "world/Navigation.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cerrno>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <limits>
@@ -24,10 +26,25 @@ constexpr float kMetresPerFoot = 0.3048f;
 // The buffer sizes the SDK asks plugins to pass for IDs and names.
 constexpr size_t kIdBytes = 32;
 constexpr size_t kNameBytes = 256;
+// The kinds of navaid the FMS takes.
+constexpr XPLMNavType kFmsTypes = xplm_Nav_Airport | xplm_Nav_NDB | xplm_Nav_VOR | xplm_Nav_Fix;
+
+struct FmsEntry {
+    XPLMNavType type = xplm_Nav_Unknown;
+    XPLMNavRef ref = XPLM_NAV_NOT_FOUND;
+    std::string id;
+    int altitude = 0;  // feet
+    float latitude = 0.0f;
+    float longitude = 0.0f;
+};
+
 struct NavigationState {
     bool loaded = false;
     std::string root;  // the system path the database was read from
     std::vector<Navaid> navaids;
+    std::array<FmsEntry, kFmsEntries> fms;
+    int displayed = 0;
+    int destination = 0;
 };
 
 NavigationState& nav() {
@@ -35,7 +52,7 @@ NavigationState& nav() {
     return s;
 }
 
-// The database of the current system path.
+// The state with the database of the current system path.
 NavigationState& Current() {
     NavigationState& s = nav();
     if (!s.loaded || s.root != SystemPath()) LoadNavigationData();
@@ -451,6 +468,15 @@ bool OneType(const char* function, XPLMNavType type) {
     return false;
 }
 
+// ------------------------------------------------------------------ the FMS
+
+bool FmsIndex(const char* function, int index) {
+    if (index >= 0 && index < kFmsEntries) return true;
+    ReportMisuse(function, "entry " + std::to_string(index) + " is not one of the FMS's entries 0 to " +
+                               std::to_string(kFmsEntries - 1));
+    return false;
+}
+
 }  // namespace
 
 // ------------------------------------------------------------------ control interface
@@ -548,6 +574,104 @@ void GetNavAidInfo(XPLMNavRef ref, XPLMNavType* type, float* latitude, float* lo
     if (name) CopyOut(name, kNameBytes, n->name);
     // xpsim loads no scenery, so no navaid lies inside the loaded region. One byte, not a string.
     if (reg) *reg = 0;
+}
+
+// ------------------------------------------------------------------ the FMS and the GPS
+
+int CountFmsEntries() {
+    const NavigationState& s = Current();
+    for (int i = kFmsEntries; i-- > 0;)
+        if (s.fms[size_t(i)].type != xplm_Nav_Unknown) return i + 1;
+    return 0;
+}
+
+int DisplayedFmsEntry() { return Current().displayed; }
+
+int DestinationFmsEntry() { return Current().destination; }
+
+void SetDisplayedFmsEntry(int index) {
+    NavigationState& s = Current();
+    if (FmsIndex("XPLMSetDisplayedFMSEntry", index)) s.displayed = index;
+}
+
+void SetDestinationFmsEntry(int index) {
+    NavigationState& s = Current();
+    if (FmsIndex("XPLMSetDestinationFMSEntry", index)) s.destination = index;
+}
+
+void GetFmsEntryInfo(int index, XPLMNavType* type, char* id, XPLMNavRef* ref, int* altitude, float* latitude,
+                     float* longitude) {
+    static const FmsEntry kEmpty;
+    const NavigationState& s = Current();
+    const FmsEntry& entry = FmsIndex("XPLMGetFMSEntryInfo", index) ? s.fms[size_t(index)] : kEmpty;
+    if (type) *type = entry.type;
+    if (id) CopyOut(id, kIdBytes, entry.id);
+    if (ref) *ref = entry.ref;
+    if (altitude) *altitude = entry.altitude;
+    if (latitude) *latitude = entry.latitude;
+    if (longitude) *longitude = entry.longitude;
+}
+
+void SetFmsEntryInfo(int index, XPLMNavRef ref, int altitude) {
+    const char* const function = "XPLMSetFMSEntryInfo";
+    NavigationState& s = Current();
+    if (!FmsIndex(function, index)) return;
+    const Navaid* n = NavaidOf(ref);
+    if (n == nullptr) {
+        ReportMisuse(function, "no navaid " + std::to_string(ref));
+        return;
+    }
+    if ((n->type & kFmsTypes) == 0) {
+        ReportMisuse(function, "navaid " + std::to_string(ref) + " (" + TypeName(n->type) +
+                                   ") is not an airport, fix, VOR or NDB");
+        return;
+    }
+    FmsEntry& entry = s.fms[size_t(index)];
+    entry.type = n->type;
+    entry.ref = ref;
+    entry.id = n->id;
+    entry.altitude = altitude;
+    entry.latitude = float(n->latitude);
+    entry.longitude = float(n->longitude);
+}
+
+void SetFmsEntryLatLon(int index, float latitude, float longitude, int altitude) {
+    const char* const function = "XPLMSetFMSEntryLatLon";
+    NavigationState& s = Current();
+    if (!FmsIndex(function, index)) return;
+    if (!(latitude >= -90.0f && latitude <= 90.0f && longitude >= -180.0f && longitude <= 180.0f)) {
+        char text[96];
+        std::snprintf(text, sizeof text, "latitude %g, longitude %g is not a point on the earth", latitude,
+                      longitude);
+        ReportMisuse(function, text);
+        return;
+    }
+    FmsEntry& entry = s.fms[size_t(index)];
+    entry = FmsEntry();
+    entry.type = xplm_Nav_LatLon;
+    entry.altitude = altitude;
+    entry.latitude = latitude;
+    entry.longitude = longitude;
+}
+
+void ClearFmsEntry(int index) {
+    NavigationState& s = Current();
+    if (!FmsIndex("XPLMClearFMSEntry", index)) return;
+    std::move(s.fms.begin() + index + 1, s.fms.end(), s.fms.begin() + index);
+    s.fms.back() = FmsEntry();
+    // The displayed and destination entries stay on the same waypoints.
+    if (s.displayed > index) s.displayed--;
+    if (s.destination > index) s.destination--;
+}
+
+XPLMNavType GpsDestinationType() {
+    const NavigationState& s = Current();
+    return s.fms[size_t(s.destination)].type;
+}
+
+XPLMNavRef GpsDestination() {
+    const NavigationState& s = Current();
+    return s.fms[size_t(s.destination)].ref;
 }
 
 void ResetNavigation() { nav() = NavigationState(); }

@@ -1,6 +1,7 @@
-// The navigation database read from the simulator's data files and its searches.
+// The navigation database read from the simulator's data files, its searches, the FMS and the GPS.
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -56,6 +57,8 @@ const std::vector<std::string> kDataSet = {
     "256  'KSEA 16R IM' 0 180", "512 ALKIS 'ALKIS' 0 0", "512 HAWKZ 'HAWKZ' 0 0", "512 EDDEE 'EDDEE' 0 0",
     "512 MARNR 'MARNR' 0 0", "512 SUMMA 'SUMMA' 0 0", "1024 SEA 'SEATTLE VORTAC DME' 11680 0",
     "1024 ISZI 'KSEA 16R DME-ILS' 11030 0", "1024 BRM 'BREMERTON DME' 11300 0"};
+
+XPLMNavRef Find(const char* id, XPLMNavType type) { return XPLMFindNavAid(nullptr, id, nullptr, nullptr, nullptr, type); }
 
 }  // namespace
 
@@ -155,9 +158,13 @@ TEST_F(sim_Navigation, MissingFilesGiveAnEmptyDatabaseAndAnotherRootIsReadAfresh
     ASSERT_TRUE(xpsim::PrepareRoot(root_, error)) << error;
     InstallData();
     EXPECT_EQ(Database(), kDataSet);
+    XPLMSetFMSEntryInfo(0, 0, 1000);
+    EXPECT_EQ(XPLMCountFMSEntries(), 1);
 
+    // Back in the empty root: no navaids, and the FMS no longer holds the other database's airport.
     ASSERT_TRUE(xpsim::PrepareRoot(empty, error)) << error;
     EXPECT_EQ(XPLMGetFirstNavAid(), XPLM_NAV_NOT_FOUND);
+    EXPECT_EQ(XPLMCountFMSEntries(), 0);
 }
 
 TEST_F(sim_Navigation, FindNavAidMatchesFragmentsPositionFrequencyAndTypes) {
@@ -221,4 +228,98 @@ TEST_F(sim_Navigation, NavAidInfoFillsWhatIsAskedForWithinTheSdkBufferSizes) {
     EXPECT_EQ(idBuffer[32], 'x');
     EXPECT_EQ(std::string(nameBuffer.data()), longName.substr(0, 255));
     EXPECT_EQ(nameBuffer[256], 'x');
+}
+
+TEST_F(sim_Navigation, FmsEntriesAreSetReadClearedAndGuardedAgainstBadIndices) {
+    InstallData();
+    struct Entry { XPLMNavType type; std::string id; XPLMNavRef ref; int altitude; float latitude, longitude; };
+    auto entry = [](int index) {
+        Entry e{-1, "?", -2, -1, -1, -1};
+        char id[32] = "?";
+        XPLMGetFMSEntryInfo(index, &e.type, id, &e.ref, &e.altitude, &e.latitude, &e.longitude);
+        e.id = id;
+        return e;
+    };
+    auto expect = [&](int index, const Entry& want) {
+        const Entry got = entry(index);
+        EXPECT_EQ(got.type, want.type) << index;
+        EXPECT_EQ(got.id, want.id) << index;
+        EXPECT_EQ(got.ref, want.ref) << index;
+        EXPECT_EQ(got.altitude, want.altitude) << index;
+        EXPECT_NEAR(got.latitude, want.latitude, 1e-5) << index;
+        EXPECT_NEAR(got.longitude, want.longitude, 1e-5) << index;
+    };
+    const Entry empty{xplm_Nav_Unknown, "", XPLM_NAV_NOT_FOUND, 0, 0, 0};
+    EXPECT_EQ(XPLMCountFMSEntries(), 0);
+    expect(0, empty);
+
+    XPLMSetFMSEntryInfo(0, Find("KSEA", xplm_Nav_Airport), 0);
+    XPLMSetFMSEntryInfo(1, Find("SEA", xplm_Nav_VOR), 5000);
+    XPLMSetFMSEntryLatLon(2, 47.6f, -122.5f, 7000);
+    XPLMSetFMSEntryInfo(3, Find("ALKIS", xplm_Nav_Fix), 3000);
+    XPLMSetFMSEntryInfo(4, Find("ISZI", xplm_Nav_ILS), 2000);
+    XPLMSetFMSEntryInfo(4, 99, 2000);
+    XPLMSetFMSEntryLatLon(4, 91.0f, 0.0f, 2000);
+    EXPECT_EQ(XPLMCountFMSEntries(), 4);
+    expect(1, {xplm_Nav_VOR, "SEA", 7, 5000, 47.435389f, -122.309611f});
+    expect(2, {xplm_Nav_LatLon, "", XPLM_NAV_NOT_FOUND, 7000, 47.6f, -122.5f});
+    expect(3, {xplm_Nav_Fix, "ALKIS", 16, 3000, 47.541861f, -122.326167f});
+    EXPECT_TRUE(Logged("XPLMSetFMSEntryInfo: navaid 10 (ILS localizer) is not an airport, fix, VOR or NDB"));
+    EXPECT_TRUE(Logged("XPLMSetFMSEntryInfo: no navaid 99"));
+    EXPECT_TRUE(Logged("XPLMSetFMSEntryLatLon: latitude 91, longitude 0 is not a point on the earth"));
+
+    XPLMSetDisplayedFMSEntry(2);
+    XPLMSetDestinationFMSEntry(3);
+    const std::pair<const char*, std::function<void(int)>> calls[] = {
+        {"XPLMSetDisplayedFMSEntry", XPLMSetDisplayedFMSEntry},
+        {"XPLMSetDestinationFMSEntry", XPLMSetDestinationFMSEntry},
+        {"XPLMSetFMSEntryInfo", [](int i) { XPLMSetFMSEntryInfo(i, 0, 0); }},
+        {"XPLMSetFMSEntryLatLon", [](int i) { XPLMSetFMSEntryLatLon(i, 0, 0, 0); }},
+        {"XPLMClearFMSEntry", XPLMClearFMSEntry},
+        {"XPLMGetFMSEntryInfo", [&](int i) { expect(i, empty); }},
+    };
+    for (const auto& call : calls)
+        for (int index : {-1, 100, -2147483647 - 1}) {
+            call.second(index);
+            EXPECT_TRUE(Logged(std::string(call.first) + ": entry " + std::to_string(index) +
+                               " is not one of the FMS's entries 0 to 99"));
+        }
+    EXPECT_EQ(XPLMCountFMSEntries(), 4);
+    EXPECT_EQ(XPLMGetDisplayedFMSEntry(), 2);
+    EXPECT_EQ(XPLMGetDestinationFMSEntry(), 3);
+
+    // Clearing moves the later entries up; the displayed and destination entries move with them.
+    XPLMClearFMSEntry(1);
+    EXPECT_EQ(XPLMCountFMSEntries(), 3);
+    expect(1, {xplm_Nav_LatLon, "", XPLM_NAV_NOT_FOUND, 7000, 47.6f, -122.5f});
+    expect(3, empty);
+    EXPECT_EQ(XPLMGetDisplayedFMSEntry(), 1);
+    EXPECT_EQ(XPLMGetDestinationFMSEntry(), 2);
+    XPLMSetFMSEntryLatLon(99, -33.9f, 151.2f, 0);
+    EXPECT_EQ(XPLMCountFMSEntries(), 100);  // the empty entries between count
+    XPLMClearFMSEntry(99);
+    EXPECT_EQ(XPLMCountFMSEntries(), 3);
+}
+
+TEST_F(sim_Navigation, TheGpsFliesToTheFmsDestinationEntry) {
+    InstallData();
+    EXPECT_EQ(XPLMGetGPSDestinationType(), xplm_Nav_Unknown);
+    EXPECT_EQ(XPLMGetGPSDestination(), XPLM_NAV_NOT_FOUND);
+    XPLMSetFMSEntryInfo(0, Find("KSEA", xplm_Nav_Airport), 0);
+    XPLMSetFMSEntryInfo(1, Find("BF", xplm_Nav_NDB), 3000);
+    XPLMSetFMSEntryLatLon(2, 47.6f, -122.5f, 5000);
+    struct Step { std::function<void()> change; XPLMNavType type; XPLMNavRef ref; };
+    const Step steps[] = {
+        {[] { XPLMSetDestinationFMSEntry(1); }, xplm_Nav_NDB, 5},
+        {[] { XPLMSetDestinationFMSEntry(0); }, xplm_Nav_Airport, 0},
+        {[] { XPLMSetDestinationFMSEntry(2); }, xplm_Nav_LatLon, XPLM_NAV_NOT_FOUND},
+        {[] { XPLMSetFMSEntryInfo(2, Find("PAE", xplm_Nav_VOR), 5000); }, xplm_Nav_VOR, 8},
+        {[] { XPLMClearFMSEntry(0); }, xplm_Nav_VOR, 8},
+        {[] { XPLMClearFMSEntry(1); }, xplm_Nav_Unknown, XPLM_NAV_NOT_FOUND},
+    };
+    for (const Step& step : steps) {
+        step.change();
+        EXPECT_EQ(XPLMGetGPSDestinationType(), step.type) << &step - steps;
+        EXPECT_EQ(XPLMGetGPSDestination(), step.ref) << &step - steps;
+    }
 }
