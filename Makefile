@@ -27,6 +27,7 @@ demo: build
 	mkdir -p $(DEMO_ROOT)/Resources/plugins/PythonScripts
 	cp examples/PythonScripts/*.py $(DEMO_ROOT)/Resources/plugins/PythonScripts/
 	cp tests/data/DataRefs.txt $(DEMO_ROOT)/Resources/plugins/
+	cp -R tests/data/xpsim-root/. $(DEMO_ROOT)/
 	@if [ -f examples/demo-events.txt ]; then ev="--events examples/demo-events.txt"; else ev=""; fi; \
 	$(BUILD)/sim/xpsim run --root $(DEMO_ROOT) --plugin $(BUILD)/plugins/Corvelle/lin_x64/Corvelle.xpl \
 	    --seconds $(DEMO_SECONDS) $$ev > $(DEMO_ROOT)/xpsim-stdout.txt

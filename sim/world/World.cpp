@@ -21,6 +21,7 @@
 #include "world/DataRefs.h"
 #include "world/Keys.h"
 #include "world/Menus.h"
+#include "world/Navigation.h"
 #include "world/Plugins.h"
 #include "world/Scheduler.h"
 #include "world/Widgets.h"
@@ -316,6 +317,7 @@ PluginContext::~PluginContext() {
 void ResetWorld() {
     ResetScheduler();
     ResetCamera();
+    ResetNavigation();
     ResetWidgets();
     ResetWindows();
     ResetKeys();

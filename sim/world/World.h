@@ -106,8 +106,8 @@ private:
 
 // ------------------------------------------------------------------ whole world
 
-// Forgets everything (plugins, datarefs, windows, keys, commands, menus, loops, log, time); used
-// between tests.
+// Forgets everything (plugins, datarefs, windows, keys, commands, menus, loops, navigation data and
+// FMS, log, time); used between tests.
 XPSIM_API void ResetWorld();
 // Removes every registration a plugin left behind (flight loops, draw callbacks, widgets, windows, key
 // sniffers, hot keys, command handlers, menus, accessors, shared data, error callback), as the
