@@ -2,6 +2,7 @@
 // forms, results, output lists, reports and the SDK-level gate), as scripts meet them.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 
 #include "SimHarness.h"
@@ -77,6 +78,41 @@ TEST(GraphicsNavigation, MeasureStringNeedsSdk200) {
     EXPECT_EQ(sim.output(), "measure 0\n");
     EXPECT_NE(sim.log().find(Report("XPLMGraphics", "XPLMMeasureString", "Not supported in SDK 1.02")),
               std::string::npos);
+}
+
+// A script programs the FMS from the project's navigation data set around Seattle and reads it back
+// through the GPS.
+TEST(GraphicsNavigation, ScriptsFindNavaidsAndProgramTheFms) {
+    SimFolder sim;
+    std::filesystem::copy(TEST_DATA_DIR "/xpsim-root", sim.root(), std::filesystem::copy_options::recursive);
+    sim.writeScript("CV_Graphics.py", Script(R"(
+sea = XPLMFindNavAid(None, 'SEA', None, None, None, xplm_Nav_VOR)
+info = [[] for i in range(9)]
+XPLMGetNavAidInfo(sea, *info)
+print('info', info[0][0], round(info[1][0], 4), round(info[2][0], 4), info[4][0], info[6][0], info[7][0], info[8][0])
+ksea = XPLMFindNavAid('seattle-tacoma', None, None, None, None, xplm_Nav_Airport)
+olm = XPLMFindNavAid(None, None, 47.0, -122.9, None, xplm_Nav_VOR)
+print('found', ksea >= 0, olm == XPLMFindNavAid(None, 'OLM', None, None, None, xplm_Nav_VOR), XPLMGetNextNavAid(-1))
+XPLMSetFMSEntryInfo(0, ksea, 0)
+XPLMSetFMSEntryInfo(1, sea, 3000)
+XPLMSetFMSEntryLatLon(2, 47.9, -122.3, 5000)
+XPLMSetDestinationFMSEntry(1)
+print('fms', XPLMCountFMSEntries(), XPLMGetDestinationFMSEntry(), XPLMGetGPSDestinationType(),
+      XPLMGetGPSDestination() == sea)
+out = [[] for i in range(6)]
+XPLMGetFMSEntryInfo(2, *out)
+print('entry', out[0][0], repr(out[1][0]), out[2][0], out[3][0], round(out[4][0], 1), round(out[5][0], 1))
+XPLMClearFMSEntry(0)
+print('cleared', XPLMCountFMSEntries(), XPLMGetDestinationFMSEntry(), XPLMGetGPSDestination() == sea)
+)"));
+    SimRun run = sim.run({"--frames", "2"});
+    ASSERT_EQ(run.exitCode, 0) << run.stderrText;
+    EXPECT_EQ(sim.output(),
+              "info 4 47.4354 -122.3096 11680 SEA SEATTLE VORTAC 0\n"
+              "found True True -1\n"
+              "fms 3 1 4 True\n"
+              "entry 2048 '' -1 5000 47.9 -122.3\n"
+              "cleared 2 0 True\n");
 }
 
 }  // namespace
