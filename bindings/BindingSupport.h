@@ -67,8 +67,9 @@ void CV_ReportChangedCall(const char* module, const char* function, const char* 
 #define CV_PARAMETER_ERROR "Parameter Error"
 #define CV_FUNCTION_ERROR "Function Error"
 
-// Runs one SDK call. Whatever it throws becomes a report (`error`, "Parameter Error" unless the
-// binding's description says otherwise) and false, so that nothing crosses back into the simulator.
+// Runs one SDK call. Whatever it throws becomes a report (`error`: "Parameter Error", or
+// "Function Error" for the functions that report that) and false, so that nothing crosses back
+// into the simulator.
 template <typename Call>
 inline bool CV_Guarded(const char* module, const char* function, Call&& call, const char* error = CV_PARAMETER_ERROR) {
     try {
