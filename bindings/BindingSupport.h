@@ -201,3 +201,6 @@ PyObject* CV_CallSdk(R (*sdk)(P...), const char* module, const char* function, P
     }
 }
 
+// Defines PY_<function>, the binding of an SDK function that CV_CallSdk wraps as it is.
+#define CV_PLAIN_BINDING(module, function) \
+    PyObject* PY_##function(PyObject*, PyObject* args) { return CV_CallSdk(function, module, #function, args); }

@@ -294,6 +294,8 @@ PyObject* PY_XPLMSetHotKeyCombination(PyObject* self, PyObject* args) {
 // The five handler lists follow each other in the table in the order windows search and trace
 // them: draw, key, mouse click, cursor, mouse wheel.
 constexpr size_t kWindowListCount = 5;
+// XPLMCreateWindow's windows have only the first three: draw, key and mouse click.
+constexpr size_t kOldWindowListCount = 3;
 
 void TraceWindowLists(const char* function, const std::string& details, size_t lists = kWindowListCount) {
     CV_DebugCallbackTrace(function, details, CV_ListSizes(DrawWindowCallbackList, lists));
@@ -367,7 +369,7 @@ PyObject* PY_XPLMCreateWindow(PyObject* self, PyObject* args) {
             CV_FormatText("pScriptId = %lx, Left = %d, Top = %d, Right = %d, Bottom = %d, "
                           "IsVisible = %d, Refcon = %ld, WindowID = %lx\n",
                           CV_Hex(scriptId), left, top, right, bottom, isVisible, CV_Dec(refcon), CV_Hex(window)),
-            3);
+            kOldWindowListCount);
     return CV_HandleResult(window);
 }
 
@@ -492,9 +494,7 @@ PyObject* PY_XPLMSetWindowGeometry(PyObject* self, PyObject* args) {
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPLMGetWindowIsVisible(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPLMGetWindowIsVisible, kModule, "XPLMGetWindowIsVisible", args);
-}
+CV_PLAIN_BINDING(kModule, XPLMGetWindowIsVisible)
 
 PyObject* PY_XPLMSetWindowIsVisible(PyObject* self, PyObject* args) {
     int visible = 0;
@@ -538,15 +538,9 @@ PyObject* PY_XPLMSetWindowRefCon(PyObject* self, PyObject* args) {
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPLMTakeKeyboardFocus(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPLMTakeKeyboardFocus, kModule, "XPLMTakeKeyboardFocus", args);
-}
-PyObject* PY_XPLMBringWindowToFront(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPLMBringWindowToFront, kModule, "XPLMBringWindowToFront", args);
-}
-PyObject* PY_XPLMIsWindowInFront(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPLMIsWindowInFront, kModule, "XPLMIsWindowInFront", args);
-}
+CV_PLAIN_BINDING(kModule, XPLMTakeKeyboardFocus)
+CV_PLAIN_BINDING(kModule, XPLMBringWindowToFront)
+CV_PLAIN_BINDING(kModule, XPLMIsWindowInFront)
 
 // ---------------------------------------------------------------- the module
 

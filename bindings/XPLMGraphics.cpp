@@ -81,7 +81,7 @@ PyObject* PY_XPLMGenerateTextureNumbers(PyObject* self, PyObject* args) {
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPLMGetTexture(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMGetTexture, kModule, "XPLMGetTexture", args); }
+CV_PLAIN_BINDING(kModule, XPLMGetTexture)
 
 // XPLMWorldToLocal and XPLMLocalToWorld: three doubles in, the tuple of three converted out.
 template <void (*Sdk)(double, double, double, double*, double*, double*)>

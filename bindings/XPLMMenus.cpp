@@ -98,7 +98,7 @@ PyObject* PY_XPLMRemoveMenuItem(PyObject* self, PyObject* args) {
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPLMClearAllMenuItems(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMClearAllMenuItems, kModule, "XPLMClearAllMenuItems", args); }
+CV_PLAIN_BINDING(kModule, XPLMClearAllMenuItems)
 
 PyObject* PY_XPLMAppendMenuItem(PyObject* self, PyObject* args) {
     const char* itemName = nullptr;
@@ -113,7 +113,7 @@ PyObject* PY_XPLMAppendMenuItem(PyObject* self, PyObject* args) {
     return CV_IntResult(index);
 }
 
-PyObject* PY_XPLMAppendMenuSeparator(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMAppendMenuSeparator, kModule, "XPLMAppendMenuSeparator", args); }
+CV_PLAIN_BINDING(kModule, XPLMAppendMenuSeparator)
 
 PyObject* PY_XPLMSetMenuItemName(PyObject* self, PyObject* args) {
     int index = 0, forceEnglish = 0;

@@ -36,18 +36,10 @@ const CV_IntConstant XPLMNavigationConstants[] = {
 
 // ---------------------------------------------------------------- navaids
 
-PyObject* PY_XPLMGetFirstNavAid(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPLMGetFirstNavAid, kModule, "XPLMGetFirstNavAid", args);
-}
-PyObject* PY_XPLMGetNextNavAid(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPLMGetNextNavAid, kModule, "XPLMGetNextNavAid", args);
-}
-PyObject* PY_XPLMFindFirstNavAidOfType(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPLMFindFirstNavAidOfType, kModule, "XPLMFindFirstNavAidOfType", args);
-}
-PyObject* PY_XPLMFindLastNavAidOfType(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPLMFindLastNavAidOfType, kModule, "XPLMFindLastNavAidOfType", args);
-}
+CV_PLAIN_BINDING(kModule, XPLMGetFirstNavAid)
+CV_PLAIN_BINDING(kModule, XPLMGetNextNavAid)
+CV_PLAIN_BINDING(kModule, XPLMFindFirstNavAidOfType)
+CV_PLAIN_BINDING(kModule, XPLMFindLastNavAidOfType)
 
 // An optional argument of XPLMFindNavAid: None leaves the SDK's pointer null.
 bool OptionalText(PyObject* object, const char** text) {
@@ -132,21 +124,11 @@ PyObject* PY_XPLMGetNavAidInfo(PyObject* self, PyObject* args) {
 
 // ---------------------------------------------------------------- FMS and GPS
 
-PyObject* PY_XPLMCountFMSEntries(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPLMCountFMSEntries, kModule, "XPLMCountFMSEntries", args);
-}
-PyObject* PY_XPLMGetDisplayedFMSEntry(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPLMGetDisplayedFMSEntry, kModule, "XPLMGetDisplayedFMSEntry", args);
-}
-PyObject* PY_XPLMGetDestinationFMSEntry(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPLMGetDestinationFMSEntry, kModule, "XPLMGetDestinationFMSEntry", args);
-}
-PyObject* PY_XPLMSetDisplayedFMSEntry(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPLMSetDisplayedFMSEntry, kModule, "XPLMSetDisplayedFMSEntry", args);
-}
-PyObject* PY_XPLMSetDestinationFMSEntry(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPLMSetDestinationFMSEntry, kModule, "XPLMSetDestinationFMSEntry", args);
-}
+CV_PLAIN_BINDING(kModule, XPLMCountFMSEntries)
+CV_PLAIN_BINDING(kModule, XPLMGetDisplayedFMSEntry)
+CV_PLAIN_BINDING(kModule, XPLMGetDestinationFMSEntry)
+CV_PLAIN_BINDING(kModule, XPLMSetDisplayedFMSEntry)
+CV_PLAIN_BINDING(kModule, XPLMSetDestinationFMSEntry)
 
 PyObject* PY_XPLMGetFMSEntryInfo(PyObject* self, PyObject* args) {
     int index = 0;
@@ -187,15 +169,9 @@ PyObject* PY_XPLMSetFMSEntryLatLon(PyObject* self, PyObject* args) {
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPLMClearFMSEntry(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPLMClearFMSEntry, kModule, "XPLMClearFMSEntry", args);
-}
-PyObject* PY_XPLMGetGPSDestinationType(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPLMGetGPSDestinationType, kModule, "XPLMGetGPSDestinationType", args);
-}
-PyObject* PY_XPLMGetGPSDestination(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPLMGetGPSDestination, kModule, "XPLMGetGPSDestination", args);
-}
+CV_PLAIN_BINDING(kModule, XPLMClearFMSEntry)
+CV_PLAIN_BINDING(kModule, XPLMGetGPSDestinationType)
+CV_PLAIN_BINDING(kModule, XPLMGetGPSDestination)
 
 PyMethodDef XPLMNavigationMethods[] = {
     {"XPLMGetFirstNavAid", PY_XPLMGetFirstNavAid, METH_VARARGS, "Get First Nav Aid."},

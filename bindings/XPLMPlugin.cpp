@@ -52,11 +52,11 @@ void CV_FeatureEnum(const char* inFeature, void* inRef) {
 
 // ---------------------------------------------------------------- plugins
 
-PyObject* PY_XPLMGetMyID(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMGetMyID, kModule, "XPLMGetMyID", args); }
+CV_PLAIN_BINDING(kModule, XPLMGetMyID)
 
-PyObject* PY_XPLMCountPlugins(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMCountPlugins, kModule, "XPLMCountPlugins", args); }
+CV_PLAIN_BINDING(kModule, XPLMCountPlugins)
 
-PyObject* PY_XPLMGetNthPlugin(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMGetNthPlugin, kModule, "XPLMGetNthPlugin", args); }
+CV_PLAIN_BINDING(kModule, XPLMGetNthPlugin)
 
 PyObject* PY_XPLMFindPluginByPath(PyObject* self, PyObject* args) {
     const char* path = nullptr;
@@ -115,11 +115,11 @@ PyObject* PY_XPLMGetPluginInfo_NP(PyObject* self, PyObject* args) {
     return GetPluginInfo(scriptId, plugin, outs);
 }
 
-PyObject* PY_XPLMIsPluginEnabled(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMIsPluginEnabled, kModule, "XPLMIsPluginEnabled", args); }
+CV_PLAIN_BINDING(kModule, XPLMIsPluginEnabled)
 
-PyObject* PY_XPLMEnablePlugin(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMEnablePlugin, kModule, "XPLMEnablePlugin", args); }
+CV_PLAIN_BINDING(kModule, XPLMEnablePlugin)
 
-PyObject* PY_XPLMDisablePlugin(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMDisablePlugin, kModule, "XPLMDisablePlugin", args); }
+CV_PLAIN_BINDING(kModule, XPLMDisablePlugin)
 
 PyObject* PY_XPLMReloadPlugins(PyObject* self, PyObject* args) {
     if (!CV_Guarded(

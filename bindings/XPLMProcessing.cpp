@@ -41,7 +41,7 @@ PyObject* PY_XPLMGetElapsedTime(PyObject* self, PyObject* args) {
     return PyFloat_FromDouble(elapsed);
 }
 
-PyObject* PY_XPLMGetCycleNumber(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMGetCycleNumber, kModule, "XPLMGetCycleNumber", args); }
+CV_PLAIN_BINDING(kModule, XPLMGetCycleNumber)
 
 PyObject* PY_XPLMRegisterFlightLoopCallback(PyObject* self, PyObject* args) {
     PyObject *scriptId = nullptr, *callable = nullptr;

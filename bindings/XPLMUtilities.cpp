@@ -263,11 +263,11 @@ PyObject* PY_XPLMSpeakString(PyObject* self, PyObject* args) {
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPLMCommandKeyStroke(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMCommandKeyStroke, kModule, "XPLMCommandKeyStroke", args); }
+CV_PLAIN_BINDING(kModule, XPLMCommandKeyStroke)
 
-PyObject* PY_XPLMCommandButtonPress(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMCommandButtonPress, kModule, "XPLMCommandButtonPress", args); }
+CV_PLAIN_BINDING(kModule, XPLMCommandButtonPress)
 
-PyObject* PY_XPLMCommandButtonRelease(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMCommandButtonRelease, kModule, "XPLMCommandButtonRelease", args); }
+CV_PLAIN_BINDING(kModule, XPLMCommandButtonRelease)
 
 PyObject* PY_XPLMGetVirtualKeyDescription(PyObject* self, PyObject* args) {
     unsigned char virtualKey = 0;
@@ -440,7 +440,7 @@ PyObject* PY_XPLMGetDirectoryContents_NP(PyObject* self, PyObject* args) { retur
 
 // ---------------------------------------------------------------- versions, language, log
 
-PyObject* PY_XPLMInitialized(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMInitialized, kModule, "XPLMInitialized", args); }
+CV_PLAIN_BINDING(kModule, XPLMInitialized)
 
 PyObject* PY_XPLMGetVersions(PyObject* self, PyObject* args) {
     int xplaneVersion = 0, xplmVersion = 0;
@@ -450,7 +450,7 @@ PyObject* PY_XPLMGetVersions(PyObject* self, PyObject* args) {
     return Py_BuildValue("(iii)", xplaneVersion, xplmVersion, host);
 }
 
-PyObject* PY_XPLMGetLanguage(PyObject* self, PyObject* args) { return CV_CallSdk(XPLMGetLanguage, kModule, "XPLMGetLanguage", args); }
+CV_PLAIN_BINDING(kModule, XPLMGetLanguage)
 
 PyObject* PY_XPLMDebugString(PyObject* self, PyObject* args) {
     const char* text = nullptr;

@@ -212,9 +212,7 @@ PyObject* PY_XPPlaceWidgetWithin(PyObject* self, PyObject* args) {
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPCountChildWidgets(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPCountChildWidgets, kModule, "XPCountChildWidgets", args);
-}
+CV_PLAIN_BINDING(kModule, XPCountChildWidgets)
 
 PyObject* PY_XPGetNthChildWidget(PyObject* self, PyObject* args) {
     long index = 0;
@@ -226,23 +224,13 @@ PyObject* PY_XPGetNthChildWidget(PyObject* self, PyObject* args) {
     return CV_HandleResult(child);
 }
 
-PyObject* PY_XPGetParentWidget(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPGetParentWidget, kModule, "XPGetParentWidget", args);
-}
-PyObject* PY_XPShowWidget(PyObject* self, PyObject* args) { return CV_CallSdk(XPShowWidget, kModule, "XPShowWidget", args); }
-PyObject* PY_XPHideWidget(PyObject* self, PyObject* args) { return CV_CallSdk(XPHideWidget, kModule, "XPHideWidget", args); }
-PyObject* PY_XPIsWidgetVisible(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPIsWidgetVisible, kModule, "XPIsWidgetVisible", args);
-}
-PyObject* PY_XPFindRootWidget(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPFindRootWidget, kModule, "XPFindRootWidget", args);
-}
-PyObject* PY_XPBringRootWidgetToFront(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPBringRootWidgetToFront, kModule, "XPBringRootWidgetToFront", args);
-}
-PyObject* PY_XPIsWidgetInFront(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPIsWidgetInFront, kModule, "XPIsWidgetInFront", args);
-}
+CV_PLAIN_BINDING(kModule, XPGetParentWidget)
+CV_PLAIN_BINDING(kModule, XPShowWidget)
+CV_PLAIN_BINDING(kModule, XPHideWidget)
+CV_PLAIN_BINDING(kModule, XPIsWidgetVisible)
+CV_PLAIN_BINDING(kModule, XPFindRootWidget)
+CV_PLAIN_BINDING(kModule, XPBringRootWidgetToFront)
+CV_PLAIN_BINDING(kModule, XPIsWidgetInFront)
 
 // ---------------------------------------------------------------- geometry
 
@@ -343,12 +331,8 @@ PyObject* PY_XPGetWidgetProperty(PyObject* self, PyObject* args) {
 
 // ---------------------------------------------------------------- keyboard focus and classes
 
-PyObject* PY_XPSetKeyboardFocus(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPSetKeyboardFocus, kModule, "XPSetKeyboardFocus", args);
-}
-PyObject* PY_XPLoseKeyboardFocus(PyObject* self, PyObject* args) {
-    return CV_CallSdk(XPLoseKeyboardFocus, kModule, "XPLoseKeyboardFocus", args);
-}
+CV_PLAIN_BINDING(kModule, XPSetKeyboardFocus)
+CV_PLAIN_BINDING(kModule, XPLoseKeyboardFocus)
 
 PyObject* PY_XPGetWidgetWithFocus(PyObject* self, PyObject* args) {
     XPWidgetID widget = nullptr;

@@ -4,13 +4,19 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "SimHarness.h"
 
 namespace {
 
-std::string Script(const std::string& later) {
-    return TestScript("Graphics", {"XPLMGraphics", "XPLMNavigation"}, "", later);
+// Runs a script whose first flight loop runs `later` with both modules imported; its output.
+std::string RunScript(const SimFolder& sim, const std::string& later, std::vector<std::string> options = {}) {
+    sim.writeScript("CV_Graphics.py", TestScript("Graphics", {"XPLMGraphics", "XPLMNavigation"}, "", later));
+    options.insert(options.end(), {"--frames", "2"});
+    const SimRun run = sim.run(options);
+    EXPECT_EQ(run.exitCode, 0) << run.stderrText;
+    return sim.output();
 }
 
 std::string Report(const std::string& module, const std::string& function, const std::string& message) {
@@ -19,7 +25,7 @@ std::string Report(const std::string& module, const std::string& function, const
 
 TEST(GraphicsNavigation, BindingsTakeTheirArgumentFormsAndAnswerAsDescribed) {
     SimFolder sim;
-    sim.writeScript("CV_Graphics.py", Script(R"(
+    EXPECT_EQ(RunScript(sim, R"(
 print('state', XPLMSetGraphicsState(0, 1, 0, 0, 1, 0, 0), XPLMBindTexture2d(1, 0))
 ids = [7]
 print('textures', XPLMGenerateTextureNumbers(ids, 3), len(ids), ids[0], all(type(i) is int for i in ids))
@@ -50,10 +56,7 @@ try:
     XPLMGetFMSEntryInfo(0, 'type', None, None, None, None, None)
 except TypeError as e:
     print('fms out', e)
-)"));
-    SimRun run = sim.run({"--frames", "2"});
-    ASSERT_EQ(run.exitCode, 0) << run.stderrText;
-    EXPECT_EQ(sim.output(),
+)"),
               "state 0 1\n"
               "textures 1 4 7 True\n"
               "no textures 1 0\n"
@@ -72,10 +75,8 @@ except TypeError as e:
 
 TEST(GraphicsNavigation, MeasureStringNeedsSdk200) {
     SimFolder sim;
-    sim.writeScript("CV_Graphics.py", Script("print('measure', XPLMMeasureString(xplmFont_Basic, 'abc', 3))\n"));
-    SimRun run = sim.run({"--sdk", "1.02", "--frames", "2"});
-    ASSERT_EQ(run.exitCode, 0) << run.stderrText;
-    EXPECT_EQ(sim.output(), "measure 0\n");
+    EXPECT_EQ(RunScript(sim, "print('measure', XPLMMeasureString(xplmFont_Basic, 'abc', 3))\n", {"--sdk", "1.02"}),
+              "measure 0\n");
     EXPECT_NE(sim.log().find(Report("XPLMGraphics", "XPLMMeasureString", "Not supported in SDK 1.02")),
               std::string::npos);
 }
@@ -85,7 +86,7 @@ TEST(GraphicsNavigation, MeasureStringNeedsSdk200) {
 TEST(GraphicsNavigation, ScriptsFindNavaidsAndProgramTheFms) {
     SimFolder sim;
     std::filesystem::copy(TEST_DATA_DIR "/xpsim-root", sim.root(), std::filesystem::copy_options::recursive);
-    sim.writeScript("CV_Graphics.py", Script(R"(
+    EXPECT_EQ(RunScript(sim, R"(
 sea = XPLMFindNavAid(None, 'SEA', None, None, None, xplm_Nav_VOR)
 info = [[] for i in range(9)]
 XPLMGetNavAidInfo(sea, *info)
@@ -104,10 +105,7 @@ XPLMGetFMSEntryInfo(2, *out)
 print('entry', out[0][0], repr(out[1][0]), out[2][0], out[3][0], round(out[4][0], 1), round(out[5][0], 1))
 XPLMClearFMSEntry(0)
 print('cleared', XPLMCountFMSEntries(), XPLMGetDestinationFMSEntry(), XPLMGetGPSDestination() == sea)
-)"));
-    SimRun run = sim.run({"--frames", "2"});
-    ASSERT_EQ(run.exitCode, 0) << run.stderrText;
-    EXPECT_EQ(sim.output(),
+)"),
               "info 4 47.4354 -122.3096 11680 SEA SEATTLE VORTAC 0\n"
               "found True True -1\n"
               "fms 3 1 4 True\n"
