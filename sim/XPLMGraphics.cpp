@@ -1,7 +1,24 @@
 // XPLMGraphics: graphics state, textures, coordinates and text drawing.
 #include "XPLMGraphics.h"
 
+#include "world/Position.h"
 #include "world/World.h"
+
+void XPLMWorldToLocal(double inLatitude, double inLongitude, double inAltitude, double * outX, double * outY, double * outZ) {
+    double x, y, z;
+    xpsim::WorldToLocal(inLatitude, inLongitude, inAltitude, x, y, z);
+    if (outX) *outX = x;
+    if (outY) *outY = y;
+    if (outZ) *outZ = z;
+}
+
+void XPLMLocalToWorld(double inX, double inY, double inZ, double * outLatitude, double * outLongitude, double * outAltitude) {
+    double latitude, longitude, altitude;
+    xpsim::LocalToWorld(inX, inY, inZ, latitude, longitude, altitude);
+    if (outLatitude) *outLatitude = latitude;
+    if (outLongitude) *outLongitude = longitude;
+    if (outAltitude) *outAltitude = altitude;
+}
 
 // ------------------------------------------------------------------ not yet simulated
 
@@ -21,20 +38,6 @@ void XPLMGenerateTextureNumbers(int * outTextureIDs, int inCount) {
 int XPLMGetTexture(XPLMTextureID inTexture) {
     xpsim::NotYetSimulated("XPLMGetTexture");
     return 0;
-}
-
-void XPLMWorldToLocal(double inLatitude, double inLongitude, double inAltitude, double * outX, double * outY, double * outZ) {
-    xpsim::NotYetSimulated("XPLMWorldToLocal");
-    if (outX) *outX = 0;
-    if (outY) *outY = 0;
-    if (outZ) *outZ = 0;
-}
-
-void XPLMLocalToWorld(double inX, double inY, double inZ, double * outLatitude, double * outLongitude, double * outAltitude) {
-    xpsim::NotYetSimulated("XPLMLocalToWorld");
-    if (outLatitude) *outLatitude = 0;
-    if (outLongitude) *outLongitude = 0;
-    if (outAltitude) *outAltitude = 0;
 }
 
 void XPLMDrawTranslucentDarkBox(int inLeft, int inTop, int inRight, int inBottom) {

@@ -19,10 +19,12 @@
 #include "world/Camera.h"
 #include "world/Commands.h"
 #include "world/DataRefs.h"
+#include "world/Drawing.h"
 #include "world/Keys.h"
 #include "world/Menus.h"
 #include "world/Navigation.h"
 #include "world/Plugins.h"
+#include "world/Position.h"
 #include "world/Scheduler.h"
 #include "world/Widgets.h"
 #include "world/Windows.h"
@@ -281,6 +283,7 @@ double FrameRate() { return state().fps; }
 void BeginFrame() {
     WorldState& s = state();
     s.frame++;
+    ClearDrawing();
     if (!SimPaused()) s.flightTime += 1.0 / s.fps;
     UpdateTimeDataRefs();
 }
@@ -325,6 +328,8 @@ void ResetWorld() {
     ResetMenus();
     ResetPlugins();
     ResetDataRefs();
+    ResetPosition();
+    ClearDrawing();
     WorldState& s = state();
     s.root.clear();
     s.sdkLevel = 210;
