@@ -287,14 +287,6 @@ PyObject* PY_XPLMReloadScenery(PyObject* self, PyObject* args) {
 
 // ---------------------------------------------------------------- paths
 
-// A path from the simulator in the form Python opens: colon paths become "/Volumes/..." paths.
-std::string PosixForm(const char* simPath, char separator) {
-    std::vector<char> converted(strlen(simPath) + 16);
-    if (CV_ConvertPathUsing(simPath, separator, converted.data(), static_cast<int>(converted.size())) != 0)
-        return simPath;
-    return converted.data();
-}
-
 typedef void (*PathGetter)(char*);
 
 // XPLMGetSystemPath and XPLMGetPrefsPath: the plain functions give the POSIX form, the native-path
@@ -306,7 +298,7 @@ PyObject* GetPath(const char* function, PathGetter getter, PyObject* scriptId) {
                  if (scriptId == nullptr) separator = CV_Separator());
     buffer[kPathBufferSize - 1] = '\0';
     if (scriptId != nullptr) return CV_TextResult(buffer);
-    return CV_TextResult(PosixForm(buffer, separator));
+    return CV_TextResult(CV_PosixPath(buffer, separator));
 }
 
 PyObject* PY_XPLMGetSystemPath(PyObject* self, PyObject* args) {
@@ -580,36 +572,15 @@ PyObject* PY_XPLMCreateCommand(PyObject* self, PyObject* args) {
     return CV_HandleResult(command);
 }
 
-// What the simulator was told for each command handler record: the command and the phase it runs
-// in. Unregistration must hand the simulator exactly these with the record, or the simulator keeps
-// calling a record that has been freed; so a record is only matched for the same command and phase.
+// What the simulator was told for each command handler record it holds: the command and the phase
+// it runs in. Scripts find their record by handler and refcon alone, but the simulator lets go of a
+// registration only when it is given the same command and phase; a record unregistered with others
+// leaves its list and stays held, so the simulator's calls never reach freed memory.
 struct CommandRegistration {
     XPLMCommandRef command;
     int before;
 };
 std::unordered_map<const _CallbackList*, CommandRegistration> gCV_CommandRegistrations;
-
-// The record of a handler registration by script, handler, refcon, command and phase, first in
-// list order; only records of the running interpreter.
-_CallbackList* FindCommandHandler(PyObject* scriptId, PyObject* handler, void* refcon, XPLMCommandRef command,
-                                  int before, int* found, int* index) {
-    *found = 0;
-    for (size_t i = 0; i < CommandCallbackList.size(); ++i) {
-        _CallbackList* entry = CommandCallbackList[i];
-        const _CallbackRecord* record = entry ? entry->record : nullptr;
-        if (record == nullptr || record->scriptId != scriptId || record->callable != handler ||
-            record->refcon != refcon || record->generation != CV_InterpreterGeneration)
-            continue;
-        auto registration = gCV_CommandRegistrations.find(entry);
-        if (registration == gCV_CommandRegistrations.end() || registration->second.command != command ||
-            registration->second.before != before)
-            continue;
-        *found = 1;
-        *index = static_cast<int>(i);
-        return entry;
-    }
-    return nullptr;
-}
 
 PyObject* PY_XPLMRegisterCommandHandler(PyObject* self, PyObject* args) {
     CV_REQUIRE_SDK(kModule, Sdk200, XPLMRegisterCommandHandler);
@@ -621,13 +592,13 @@ PyObject* PY_XPLMRegisterCommandHandler(PyObject* self, PyObject* args) {
         return nullptr;
 
     _CallbackList* entry = CVTestTable->AddCallback(&CommandCallbackList, scriptId, nullptr, handler, refcon);
-    gCV_CommandRegistrations[entry] = CommandRegistration{command, before};
     if (!CV_Guarded(kModule, "XPLMRegisterCommandHandler",
                     [&] { XPLMRegisterCommandHandler_ptr(command, CV_CommandCallback, before, entry); })) {
-        gCV_CommandRegistrations.erase(entry);
         CVTestTable->DeleteCallback(&CommandCallbackList, entry, -1);
         return CV_IntResult(0);
     }
+    gCV_CommandRegistrations[entry] = CommandRegistration{command, before};
+    CV_Hold(&CommandCallbackList, entry, entry);
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("XPLMRegisterCommandHandler",
@@ -649,11 +620,16 @@ PyObject* PY_XPLMUnregisterCommandHandler(PyObject* self, PyObject* args) {
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
     int found = 0, index = 0;
-    _CallbackList* entry = FindCommandHandler(scriptId, handler, refcon, command, before, &found, &index);
+    _CallbackList* entry = CVTestTable->FindCallback(CommandCallbackList, scriptId, handler, refcon, &found, &index);
     if (!CV_Unregister(kModule, "XPLMUnregisterCommandHandler", &CommandCallbackList, entry, index, scriptName,
                        CV_MatchedBy::Refcon, [&] {
                            XPLMUnregisterCommandHandler_ptr(command, CV_CommandCallback, before, entry);
-                           gCV_CommandRegistrations.erase(entry);
+                           auto registration = gCV_CommandRegistrations.find(entry);
+                           if (registration != gCV_CommandRegistrations.end() &&
+                               registration->second.command == command && registration->second.before == before) {
+                               gCV_CommandRegistrations.erase(registration);
+                               CV_Release(&CommandCallbackList, entry);
+                           }
                        }))
         return CV_IntResult(0);
 

@@ -34,6 +34,13 @@ int CV_ConvertPathUsing(const char* simPath, char separator, char* out, int outS
     return 0;
 }
 
+std::string CV_PosixPath(const char* simPath, char separator) {
+    std::vector<char> converted(strlen(simPath) + 16);
+    if (CV_ConvertPathUsing(simPath, separator, converted.data(), static_cast<int>(converted.size())) != 0)
+        return simPath;
+    return converted.data();
+}
+
 char CV_Separator() {
     const char* sep = XPLMGetDirectorySeparator();
     return (sep && sep[0]) ? sep[0] : '/';

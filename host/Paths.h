@@ -17,6 +17,9 @@ int CV_ConvertPath(const char* simPath, char* out, int outSize);
 // The same for a given separator: with ":" the colon path becomes "/Volumes/..." with "/"
 // separators; with any other separator the path is taken as it is.
 int CV_ConvertPathUsing(const char* simPath, char separator, char* out, int outSize);
+// A path from the simulator in the form Python opens: colon paths become "/Volumes/..." paths,
+// others stay as they are.
+std::string CV_PosixPath(const char* simPath, char separator);
 
 // The simulator's system path followed by the given folder and file names, joined with the
 // simulator's separator.

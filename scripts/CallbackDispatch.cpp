@@ -755,13 +755,20 @@ void CV_MenuCallback(void* inMenuRef, void* inItemRef) { CallUserMenuCallback(in
 int CV_CommandCallback(XPLMCommandRef inCommand, XPLMCommandPhase inPhase, void* inRefcon) {
     return CallUserCommandCallback(inCommand, inPhase, inRefcon);
 }
-void CV_PlanesAvailableCallback(void* inRefcon) { CallUserPlanesAvailableCallback(inRefcon); }
+// The simulator calls these two once per registration and then lets go of the record.
+void CV_PlanesAvailableCallback(void* inRefcon) {
+    CallUserPlanesAvailableCallback(inRefcon);
+    CV_Release(&PlanesAvailableCallbackList, inRefcon);
+}
 void CV_SharedDataCallback(void* inRefcon) { CallUserSharedDataCallback(inRefcon); }
 void CV_FeatureEnumeratorCallback(const char* inFeature, void* inRef) { CallUserFeatureEnumeratorCallback(inFeature, inRef); }
 void CV_LibraryEnumeratorCallback(const char* inFilePath, void* inRef) {
     CallUserLibraryEnumeratorCallback(inFilePath, inRef);
 }
-void CV_ObjectLoadedCallback(XPLMObjectRef inObject, void* inRefcon) { CallUserObjectLoadedCallback(inObject, inRefcon); }
+void CV_ObjectLoadedCallback(XPLMObjectRef inObject, void* inRefcon) {
+    CallUserObjectLoadedCallback(inObject, inRefcon);
+    CV_Release(&ObjectLoadedCallbackList, inRefcon);
+}
 int CV_CameraControlCallback(XPLMCameraPosition_t* outCameraPosition, int inIsLosingControl, void* inRefcon) {
     return CallUserCameraControlCallback(outCameraPosition, inIsLosingControl, inRefcon);
 }

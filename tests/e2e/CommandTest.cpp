@@ -215,6 +215,9 @@ def OnError(self, message):
     EXPECT_EQ(out.substr(out.find('\n') + 1),
               "register 1 1\n"
               "wrong refcon 1\n"
+              // Found by handler and refcon; the simulator still holds the other side's handler.
+              "error: XPLMUnregisterCommandHandler: no handler of corvelle/tests/errors with this callback, side "
+              "and refcon\n"
               "wrong side 1\n"
               "other command 1\n"
               "handler True 0 3\n"
@@ -248,13 +251,14 @@ def OnError(self, message):
                ", inBefore = 1, inRefcon = 3\nCommandCallbackList size = " + std::to_string(size) +
                "\nXPLMRegisterCommandHandler\n";
     };
-    auto unregistered = [&](const std::string& command, int refcon, int size) {
+    auto unregistered = [&](const std::string& command, int before, int refcon, int size) {
         return "XPLMUnregisterCommandHandler\npScriptId = " + id + ", Script Name = Errors, inCommand = " + command +
-               ", inBefore = 1, inRefcon = " + std::to_string(refcon) + "\nCommandCallbackList size = " +
-               std::to_string(size) + "\nXPLMUnregisterCommandHandler\n";
+               ", inBefore = " + std::to_string(before) + ", inRefcon = " + std::to_string(refcon) +
+               "\nCommandCallbackList size = " + std::to_string(size) + "\nXPLMUnregisterCommandHandler\n";
     };
-    EXPECT_TRUE(InOrder(log, {registered(cmd, 1), registered(other, 2), mismatch, unregistered(cmd, 4, 2),
-                              unregistered(other, 3, 1), unregistered(cmd, 3, 0)}))
+    EXPECT_TRUE(InOrder(log, {registered(cmd, 1), registered(other, 2), mismatch, unregistered(cmd, 1, 4, 2),
+                              unregistered(cmd, 0, 3, 1), unregistered(other, 1, 3, 0), mismatch,
+                              unregistered(cmd, 1, 3, 0)}))
         << log;
     EXPECT_NE(log.find("*** Checking Integrity of Callbacks Started. ***\n"
                        "*** Checking Integrity of Callbacks Finished. ***\n"),

@@ -10,17 +10,11 @@
 
 namespace {
 
+const std::vector<std::string> kModules = {"XPLMGraphics", "XPLMNavigation"};
+
 // Runs a script whose first flight loop runs `later` with both modules imported; its output.
 std::string RunScript(const SimFolder& sim, const std::string& later, std::vector<std::string> options = {}) {
-    sim.writeScript("CV_Graphics.py", TestScript("Graphics", {"XPLMGraphics", "XPLMNavigation"}, "", later));
-    options.insert(options.end(), {"--frames", "2"});
-    const SimRun run = sim.run(options);
-    EXPECT_EQ(run.exitCode, 0) << run.stderrText;
-    return sim.output();
-}
-
-std::string Report(const std::string& module, const std::string& function, const std::string& message) {
-    return "Module - " + module + ", Function - " + function + ", Error = " + message + "\n";
+    return RunLater(sim, "Graphics", kModules, later, std::move(options));
 }
 
 TEST(GraphicsNavigation, BindingsTakeTheirArgumentFormsAndAnswerAsDescribed) {

@@ -1,6 +1,8 @@
 // The end-to-end harness: a temporary simulator folder and a child xpsim process.
 #include "SimHarness.h"
 
+#include <gtest/gtest.h>
+
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/stat.h>
@@ -190,4 +192,18 @@ std::string TestScript(const std::string& name, const std::vector<std::string>& 
               "        print('received', fromWho, message, param)\n" +
               IndentCode(methods, 4);
     return source;
+}
+
+std::string Report(const std::string& module, const std::string& function, const std::string& message) {
+    return "Module - " + module + ", Function - " + function + ", Error = " + message + "\n";
+}
+
+std::string RunLater(const SimFolder& sim, const std::string& name, const std::vector<std::string>& modules,
+                     const std::string& later, std::vector<std::string> options, const std::string& stop,
+                     const std::string& methods) {
+    sim.writeScript("CV_" + name + ".py", TestScript(name, modules, "", later, stop, methods));
+    options.insert(options.end(), {"--frames", "2"});
+    const SimRun run = sim.run(options);
+    EXPECT_EQ(run.exitCode, 0) << run.stderrText;
+    return sim.output();
 }

@@ -66,3 +66,12 @@ std::string EntryPointScript(const std::string& header, const std::string& name,
 // class-level code. Every piece is written without indentation; the helper indents it.
 std::string TestScript(const std::string& name, const std::vector<std::string>& modules, const std::string& start,
                        const std::string& later, const std::string& stop = "", const std::string& methods = "");
+
+// The line a binding's report writes to the log: "Module - M, Function - F, Error = MESSAGE\n".
+std::string Report(const std::string& module, const std::string& function, const std::string& message);
+
+// Writes TestScript(name, modules, "", later, stop, methods) as CV_<name>.py, runs xpsim for two
+// frames with the further options, expects it to end normally, and returns the scripts' output.
+std::string RunLater(const SimFolder& sim, const std::string& name, const std::vector<std::string>& modules,
+                     const std::string& later, std::vector<std::string> options = {}, const std::string& stop = "",
+                     const std::string& methods = "");
