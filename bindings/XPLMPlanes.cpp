@@ -88,7 +88,13 @@ PyObject* PY_XPLMGetNthAircraftModel_NP(PyObject* self, PyObject* args) {
 // entry, and a terminating null after the last item so the simulator never reads past the array.
 // The texts stay owned by the items of `items`. False with the Python error set.
 bool AircraftArray(PyObject* list, CV_PyRef& items, std::vector<char*>& array) {
-    items = CV_PyRef(PySequence_Fast(list, "XPLMAcquirePlanes expects a list of aircraft paths"));
+    static const char* const kExpected = "XPLMAcquirePlanes expects a list of aircraft paths";
+    // A lone path is a sequence of characters too, but never what the script meant.
+    if (PyUnicode_Check(list)) {
+        PyErr_SetString(PyExc_TypeError, kExpected);
+        return false;
+    }
+    items = CV_PyRef(PySequence_Fast(list, kExpected));
     if (!items) return false;
     const Py_ssize_t count = PySequence_Fast_GET_SIZE(items.get());
     PyObject** item = PySequence_Fast_ITEMS(items.get());

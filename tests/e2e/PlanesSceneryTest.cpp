@@ -1,0 +1,130 @@
+// Planes and scenery end to end: the binding rules of XPLMPlanes and XPLMScenery (SDK-level gates,
+// registrations of the planes-available, library-enumerator and object-loaded callbacks, their
+// reports, traces and leftovers) as scripts meet them.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "SimHarness.h"
+
+namespace {
+
+const std::vector<std::string> kModules = {"XPLMPlanes", "XPLMScenery"};
+const std::string kDebugIni = "[DEBUG]\nDebugCallbacks=1\nCheckCallbacks=1\n";
+
+// Calls every scenery function once with harmless arguments.
+const char* const kEveryScenery = R"(
+self.enum, self.loaded = self.Enumerate, self.Loaded
+print('scenery', XPLMCreateProbe(xplm_ProbeY), XPLMDestroyProbe(0), XPLMProbeTerrainXYZ(0, 0, 0, 0, []),
+      XPLMLoadObject('a.obj'), XPLMDrawObjects(0, 1, [(0, 0, 0, 0, 0, 0)], 0, 0), XPLMUnloadObject(0),
+      XPLMLookupObjects(self, 'lib/a.obj', 0, 0, self.enum, 0), XPLMLoadObjectAsync(self, 'a.obj', self.loaded, 0),
+      CV_RemoveLookupObjects(self, self.enum, 0), CV_RemoveObjectLoadedCallback(self, self.loaded))
+)";
+const char* const kCallbacks = R"(
+def Enumerate(self, path, refcon):
+    print('found', path, refcon)
+def Loaded(self, object, refcon):
+    print('loaded', object != 0, refcon)
+def Available(self, refcon):
+    print('available', refcon)
+)";
+
+TEST(PlanesScenery, SceneryFunctionsAreGatedOnTheSdkLevel) {
+    const std::vector<std::string> sdk200 = {"XPLMCreateProbe", "XPLMDestroyProbe", "XPLMProbeTerrainXYZ",
+                                             "XPLMLoadObject",  "XPLMDrawObjects",  "XPLMUnloadObject",
+                                             "XPLMLookupObjects"};
+    for (const char* level : {"1.02", "2.00"}) {
+        SimFolder sim;
+        const std::string out = RunLater(sim, "Scenery", kModules, kEveryScenery, {"--sdk", level}, "", kCallbacks);
+        const std::string log = sim.log();
+        const bool old = std::string(level) == "1.02";
+        EXPECT_EQ(out.rfind(old ? "scenery 0 0 0 0 0 0 0 0 1 1\n" : "scenery ", 0), 0u) << level << out;
+        for (const std::string& function : sdk200)
+            EXPECT_EQ(CountOf(log, Report("XPLMScenery", function, "Not supported in SDK 1.02")), old ? 1u : 0u)
+                << level << function;
+        // Both levels lack the asynchronous load; 2.00 passes the gate and still gets no call.
+        EXPECT_EQ(CountOf(log, Report("XPLMScenery", "XPLMLoadObjectAsync", "Not supported in SDK 1.02 or SDK 2.00")),
+                  1u)
+            << level << log;
+    }
+}
+
+TEST(PlanesScenery, RegistrationsAreTracedReportedAndCheckedAtStop) {
+    SimFolder sim;
+    sim.writeFile("Resources/plugins/Corvelle/Corvelle.ini", kDebugIni);
+    const std::string out = RunLater(sim, "Planes", kModules, R"(
+print('id %x' % id(self))
+self.enum, self.loaded, self.avail = self.Enumerate, self.Loaded, self.Available
+print('release unacquired', XPLMReleasePlanes(self))
+print('acquire', type(XPLMAcquirePlanes(self, ['', ''], self.avail, 7)))
+print('lookups', XPLMLookupObjects(self, 'lib/none.obj', 47.5, -122.25, self.enum, 3),
+      XPLMLookupObjects(self, 'lib/none.obj', 47.5, -122.25, self.enum, 3),
+      XPLMLookupObjects(self, 'lib/none.obj', 0, 0, lambda path, refcon: None, 3))
+print('remove lookup', CV_RemoveLookupObjects(self, self.enum, 4), CV_RemoveLookupObjects(self, print, 4))
+print('async', XPLMLoadObjectAsync(self, 'none.obj', self.loaded, 5), XPLMLoadObjectAsync(self, 'none.obj',
+      self.loaded, 5), XPLMLoadObjectAsync(self, 'none.obj', self.loaded, 6))
+print('remove loaded', CV_RemoveObjectLoadedCallback(self, self.avail))
+print('draw objects', XPLMDrawObjects(0, 2, [(0, 0, 0, 0, 0, 0)] * 3, 1, 0), XPLMDrawObjects(0, 0, (), 1, 0))
+for bad in (lambda: XPLMAcquirePlanes(self, 'Aircraft/a.acf', self.avail, 0),
+            lambda: XPLMAcquirePlanes(self, [b'Aircraft/a.acf'], self.avail, 0),
+            lambda: XPLMDrawAircraft(1, 0, 0, 0, 0, 0, 0, 1, [44] + [0.5] * 9),
+            lambda: XPLMDrawAircraft(1, 0, 0, 0, 0, 0, 0, 1, [44, 'up'] + [0.5] * 9),
+            lambda: XPLMDrawObjects(0, 1, [(0, 0, 0)], 1, 0),
+            lambda: XPLMProbeTerrainXYZ(0, 0, 0, 0, 'info')):
+    try:
+        bad()
+    except TypeError as e:
+        print('TypeError', e)
+)",
+                                     {}, "", kCallbacks);
+    const std::string id = Between(out, "id ", "\n");
+    EXPECT_EQ(out.substr(out.find('\n') + 1),
+              "release unacquired 1\n"
+              "acquire <class 'int'>\n"
+              "lookups 0 0 0\n"
+              "remove lookup 1 1\n"
+              "async 1 1 1\n"
+              "remove loaded 1\n"
+              "draw objects 0 0\n"
+              "TypeError XPLMAcquirePlanes expects a list of aircraft paths\n"
+              "TypeError bad argument type for built-in operation\n"
+              "TypeError XPLMDrawAircraft expects a draw state sequence of 11 items\n"
+              "TypeError must be real number, not str\n"
+              "TypeError XPLMDrawObjects expects each location as (x, y, z, pitch, heading, roll)\n"
+              "TypeError expected sequence\n");
+    const std::string log = sim.log();
+    const std::string refconText =
+        "was unregistering a callback and refcon that does not exist, check refcon matches the one that was used "
+        "in registering.";
+    EXPECT_EQ(CountOf(log, Report("XPLMPlanes", "XPLMReleasePlanes",
+                                  "Script 'Planes.py' was unregistering a callback that does not exist.")),
+              1u);
+    EXPECT_EQ(CountOf(log, Report("XPLMPlugin", "CV_RemoveLookupObjects", "Script 'Planes.py' " + refconText)), 1u);
+    EXPECT_EQ(CountOf(log, Report("XPLMScenery", "XPLMDrawObjects", "Parameter Error - List empty or not equal to count")),
+              2u);
+    auto trace = [&](const std::string& function, const std::string& details, const std::string& list, int size) {
+        return function + "\n" + details + "\n" + list + " size = " + std::to_string(size) + "\n" + function + "\n";
+    };
+    const std::string script = "pScriptId = " + id;
+    EXPECT_TRUE(InOrder(
+        log, {trace("XPLMReleasePlanes", script + ", Script Name = Planes", "PlanesAvailableCallbackList", 0),
+              trace("XPLMAcquirePlanes", script + ", inRefcon = 7", "PlanesAvailableCallbackList", 1),
+              trace("XPLMLookupObjects",
+                    script + ", inPath = lib/none.obj, inLatitude = 47.500000, inLongitude = -122.250000, inRefcon = 3",
+                    "LibraryEnumeratorCallbackList", 1),
+              trace("CV_RemoveLookupObjects", script + ", Script Name = Planes, inRefcon = 4",
+                    "LibraryEnumeratorCallbackList", 1),
+              trace("XPLMLoadObjectAsync", script + ", inPath = none.obj, inRefcon = 6", "ObjectLoadedCallbackList", 2),
+              trace("CV_RemoveObjectLoadedCallback", script + ", Script Name = Planes", "ObjectLoadedCallbackList",
+                    1)}))
+        << log;
+    // What the script left behind is reported at stop, list by list.
+    const std::string check = Between(log, "*** Checking Integrity of Callbacks Started. ***\n", "*** Checking");
+    EXPECT_TRUE(InOrder(check, {"PlanesAvailableCallbackList size = 1\n", "LibraryEnumeratorCallbackList size = 1\n",
+                                "ObjectLoadedCallbackList size = 1\n"}))
+        << check;
+    EXPECT_EQ(CountOf(check, "Mismatch of callback creation and destruction.\n"), 3u) << check;
+}
+
+}  // namespace
