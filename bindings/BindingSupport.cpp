@@ -120,3 +120,11 @@ bool CV_AppendOutput(PyObject* list, PyObject* value) {
     CV_PyRef owned(value);
     return owned && PyList_Append(list, owned.get()) == 0;
 }
+
+void CV_RemoveOnce(const char* module, const char* function, CV_CallbackVector* list, PyObject* scriptId,
+                   PyObject* callable, void* refcon, const char* scriptName) {
+    if (!Py_IS_TYPE(callable, &PyMethod_Type)) return;
+    int index = 0;
+    _CallbackList* entry = CVTestTable->FindCallback(*list, scriptId, callable, refcon, nullptr, &index);
+    CV_Unregister(module, function, list, entry, index, scriptName, CV_MatchedBy::Refcon, [] {});
+}

@@ -10,6 +10,7 @@
 #include <string>
 #include <type_traits>
 
+#include "CV_ScriptTable.h"
 #include "CallbackRegistry.h"
 #include "PythonRef.h"
 
@@ -102,6 +103,26 @@ bool CV_Unregister(const char* module, const char* function, CV_CallbackVector* 
     CV_RetireRecord(list, entry, index);
     return true;
 }
+
+// Registrations that the simulator calls back during the call (enumerators) or once later
+// (background loads) keep one record per script, bound method and refcon. With a bound method and no
+// such record, a record is added and `call(entry)` (the SDK call) runs inside the guard; a throw
+// takes the record out again and gives false. Anything else registers nothing and gives true.
+template <typename Call>
+bool CV_RegisterOnce(const char* module, const char* function, CV_CallbackVector* list, PyObject* scriptId,
+                     PyObject* callable, void* refcon, Call&& call) {
+    int found = 0, index = 0;
+    CVTestTable->FindCallback(*list, scriptId, callable, refcon, &found, &index);
+    if (!Py_IS_TYPE(callable, &PyMethod_Type) || found) return true;
+    _CallbackList* entry = CVTestTable->AddCallback(list, scriptId, nullptr, callable, refcon);
+    if (CV_Guarded(module, function, [&] { call(entry); })) return true;
+    CVTestTable->DeleteCallback(list, entry, -1);
+    return false;
+}
+// Their removal: for a bound method, the record of the script, method and refcon is retired, or
+// the refcon report goes out under `module`.
+void CV_RemoveOnce(const char* module, const char* function, CV_CallbackVector* list, PyObject* scriptId,
+                   PyObject* callable, void* refcon, const char* scriptName);
 
 // ---------------------------------------------------------------- the SDK-level gate
 

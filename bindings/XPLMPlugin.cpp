@@ -216,19 +216,11 @@ PyObject* PY_XPLMEnumerateFeatures(PyObject* self, PyObject* args) {
     void* refcon = nullptr;
     if (!PyArg_ParseTuple(args, "OOO&", &scriptId, &callable, CV_PointerArg, &refcon)) return nullptr;
 
-    int found = 0, index = 0;
-    CVTestTable->FindCallback(FeatureEnumeratorCallbackList, scriptId, callable, refcon, &found, &index);
-    // One enumeration per (method, refcon): a repeated call finds the record and does nothing.
-    if (Py_IS_TYPE(callable, &PyMethod_Type) && !found) {
-        _CallbackList* entry =
-            CVTestTable->AddCallback(&FeatureEnumeratorCallbackList, scriptId, nullptr, callable, refcon);
-        // The simulator calls the script once per feature before this call returns.
-        if (!CV_Guarded(kModule, "XPLMEnumerateFeatures",
-                        [&] { XPLMEnumerateFeatures_ptr(CV_FeatureEnumeratorCallback, entry); })) {
-            CVTestTable->DeleteCallback(&FeatureEnumeratorCallbackList, entry, -1);
-            return CV_IntResult(0);
-        }
-    }
+    // One enumeration per (method, refcon): the simulator calls the script once per feature before
+    // this call returns, and a repeated call finds the record and does nothing.
+    if (!CV_RegisterOnce(kModule, "XPLMEnumerateFeatures", &FeatureEnumeratorCallbackList, scriptId, callable, refcon,
+                         [](_CallbackList* entry) { XPLMEnumerateFeatures_ptr(CV_FeatureEnumeratorCallback, entry); }))
+        return CV_IntResult(0);
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("XPLMEnumerateFeatures",
@@ -244,13 +236,8 @@ PyObject* PY_CV_RemoveEnumerateFeatures(PyObject* self, PyObject* args) {
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
-    if (Py_IS_TYPE(callable, &PyMethod_Type)) {
-        int index = 0;
-        _CallbackList* entry =
-            CVTestTable->FindCallback(FeatureEnumeratorCallbackList, scriptId, callable, refcon, nullptr, &index);
-        CV_Unregister(kModule, "CV_RemoveEnumerateFeatures", &FeatureEnumeratorCallbackList, entry, index, scriptName,
-                      CV_MatchedBy::Refcon, [] {});
-    }
+    CV_RemoveOnce(kModule, "CV_RemoveEnumerateFeatures", &FeatureEnumeratorCallbackList, scriptId, callable, refcon,
+                  scriptName);
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("CV_RemoveEnumerateFeatures",

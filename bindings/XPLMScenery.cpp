@@ -143,18 +143,13 @@ PyObject* PY_XPLMLookupObjects(PyObject* self, PyObject* args) {
                           &refcon))
         return nullptr;
 
-    int found = 0, index = 0, count = 0;
-    CVTestTable->FindCallback(LibraryEnumeratorCallbackList, scriptId, callable, refcon, &found, &index);
-    if (Py_IS_TYPE(callable, &PyMethod_Type) && !found) {
-        _CallbackList* entry =
-            CVTestTable->AddCallback(&LibraryEnumeratorCallbackList, scriptId, nullptr, callable, refcon);
-        if (!CV_Guarded(kModule, "XPLMLookupObjects", [&] {
-                count = XPLMLookupObjects_ptr(path, latitude, longitude, CV_LibraryEnumeratorCallback, entry);
-            })) {
-            CVTestTable->DeleteCallback(&LibraryEnumeratorCallbackList, entry, -1);
-            return CV_IntResult(0);
-        }
-    }
+    int count = 0;
+    if (!CV_RegisterOnce(kModule, "XPLMLookupObjects", &LibraryEnumeratorCallbackList, scriptId, callable, refcon,
+                         [&](_CallbackList* entry) {
+                             count = XPLMLookupObjects_ptr(path, latitude, longitude, CV_LibraryEnumeratorCallback,
+                                                           entry);
+                         }))
+        return CV_IntResult(0);
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("XPLMLookupObjects",
@@ -173,13 +168,8 @@ PyObject* PY_CV_RemoveLookupObjects(PyObject* self, PyObject* args) {
 
     char scriptName[256];
     CV_GetScriptNameForMessages(scriptId, scriptName);
-    if (Py_IS_TYPE(callable, &PyMethod_Type)) {
-        int index = 0;
-        _CallbackList* entry =
-            CVTestTable->FindCallback(LibraryEnumeratorCallbackList, scriptId, callable, refcon, nullptr, &index);
-        CV_Unregister("XPLMPlugin", "CV_RemoveLookupObjects", &LibraryEnumeratorCallbackList, entry, index,
-                      scriptName, CV_MatchedBy::Refcon, [] {});
-    }
+    CV_RemoveOnce("XPLMPlugin", "CV_RemoveLookupObjects", &LibraryEnumeratorCallbackList, scriptId, callable, refcon,
+                  scriptName);
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("CV_RemoveLookupObjects",
@@ -204,17 +194,12 @@ PyObject* PY_XPLMLoadObjectAsync(PyObject* self, PyObject* args) {
     void* refcon = nullptr;
     if (!PyArg_ParseTuple(args, "OsOO&", &scriptId, &path, &callable, CV_PointerArg, &refcon)) return nullptr;
 
-    int found = 0, index = 0;
-    CVTestTable->FindCallback(ObjectLoadedCallbackList, scriptId, callable, refcon, &found, &index);
-    if (Py_IS_TYPE(callable, &PyMethod_Type) && !found) {
-        _CallbackList* entry = CVTestTable->AddCallback(&ObjectLoadedCallbackList, scriptId, nullptr, callable, refcon);
-        if (!CV_Guarded(kModule, "XPLMLoadObjectAsync",
-                        [&] { XPLMLoadObjectAsync_ptr(path, CV_ObjectLoadedCallback, entry); })) {
-            CVTestTable->DeleteCallback(&ObjectLoadedCallbackList, entry, -1);
-            return CV_IntResult(0);
-        }
-        CV_Hold(&ObjectLoadedCallbackList, entry, entry);
-    }
+    if (!CV_RegisterOnce(kModule, "XPLMLoadObjectAsync", &ObjectLoadedCallbackList, scriptId, callable, refcon,
+                         [&](_CallbackList* entry) {
+                             XPLMLoadObjectAsync_ptr(path, CV_ObjectLoadedCallback, entry);
+                             CV_Hold(&ObjectLoadedCallbackList, entry, entry);
+                         }))
+        return CV_IntResult(0);
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace("XPLMLoadObjectAsync",
