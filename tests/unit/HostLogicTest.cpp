@@ -100,6 +100,9 @@ TEST(Paths, ColonPathsBecomePosixOthersStay) {
     char small[10];
     EXPECT_EQ(CV_ConvertPathUsing("/123456789", '/', small, sizeof small), -1);
     EXPECT_EQ(CV_ConvertPathUsing("/12345678", '/', small, sizeof small), 0);
+    // The aircraft model paths scripts receive.
+    EXPECT_EQ(CV_PosixPath("HD:X-Plane:Aircraft:C172:C172.acf", ':'), "/Volumes/HD/X-Plane/Aircraft/C172/C172.acf");
+    EXPECT_EQ(CV_PosixPath("/opt/X-Plane/Aircraft/C172/C172.acf", '/'), "/opt/X-Plane/Aircraft/C172/C172.acf");
 
     EXPECT_EQ(CV_ScriptsPosixPath("Macintosh HD:X-Plane:", ':'), "/Volumes/Macintosh HD/X-Plane/Resources/plugins/PythonScripts");
     EXPECT_EQ(CV_ScriptsPosixPath("/opt/X-Plane/", '/'), "/opt/X-Plane/Resources/plugins/PythonScripts");
