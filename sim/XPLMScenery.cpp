@@ -1,42 +1,32 @@
-// XPLMScenery: terrain probes and objects.
+// XPLMScenery: terrain probes, objects and the scenery library.
 #include "XPLMScenery.h"
 
-#include "world/World.h"
+#include "world/Objects.h"
+#include "world/SceneryLibrary.h"
+#include "world/Terrain.h"
 
-// ------------------------------------------------------------------ not yet simulated
+XPLMProbeRef XPLMCreateProbe(XPLMProbeType inProbeType) { return xpsim::CreateProbe(inProbeType); }
 
-XPLMProbeRef XPLMCreateProbe(XPLMProbeType inProbeType) {
-    xpsim::NotYetSimulated("XPLMCreateProbe");
-    return nullptr;
+void XPLMDestroyProbe(XPLMProbeRef inProbe) { xpsim::DestroyProbe(inProbe); }
+
+XPLMProbeResult XPLMProbeTerrainXYZ(XPLMProbeRef inProbe, float inX, float inY, float inZ, XPLMProbeInfo_t* outInfo) {
+    return xpsim::ProbeTerrain(inProbe, inX, inY, inZ, outInfo);
 }
 
-void XPLMDestroyProbe(XPLMProbeRef inProbe) {
-    xpsim::NotYetSimulated("XPLMDestroyProbe");
+XPLMObjectRef XPLMLoadObject(const char* inPath) { return xpsim::LoadObject(inPath); }
+
+void XPLMLoadObjectAsync(const char* inPath, XPLMObjectLoaded_f inCallback, void* inRefcon) {
+    xpsim::LoadObjectAsync(inPath, inCallback, inRefcon);
 }
 
-XPLMProbeResult XPLMProbeTerrainXYZ(XPLMProbeRef inProbe, float inX, float inY, float inZ, XPLMProbeInfo_t * outInfo) {
-    xpsim::NotYetSimulated("XPLMProbeTerrainXYZ");
-    return xplm_ProbeError;
+void XPLMDrawObjects(XPLMObjectRef inObject, int inCount, XPLMDrawInfo_t* inLocations, int lighting,
+                     int earth_relative) {
+    xpsim::DrawObjects(inObject, inCount, inLocations, lighting, earth_relative);
 }
 
-XPLMObjectRef XPLMLoadObject(const char * inPath) {
-    xpsim::NotYetSimulated("XPLMLoadObject");
-    return nullptr;
-}
+void XPLMUnloadObject(XPLMObjectRef inObject) { xpsim::UnloadObject(inObject); }
 
-void XPLMLoadObjectAsync(const char * inPath, XPLMObjectLoaded_f inCallback, void * inRefcon) {
-    xpsim::NotYetSimulated("XPLMLoadObjectAsync");
-}
-
-void XPLMDrawObjects(XPLMObjectRef inObject, int inCount, XPLMDrawInfo_t * inLocations, int lighting, int earth_relative) {
-    xpsim::NotYetSimulated("XPLMDrawObjects");
-}
-
-void XPLMUnloadObject(XPLMObjectRef inObject) {
-    xpsim::NotYetSimulated("XPLMUnloadObject");
-}
-
-int XPLMLookupObjects(const char * inPath, float inLatitude, float inLongitude, XPLMLibraryEnumerator_f enumerator, void * ref) {
-    xpsim::NotYetSimulated("XPLMLookupObjects");
-    return 0;
+int XPLMLookupObjects(const char* inPath, float inLatitude, float inLongitude, XPLMLibraryEnumerator_f enumerator,
+                      void* ref) {
+    return xpsim::LookupObjects(inPath, inLatitude, inLongitude, enumerator, ref);
 }

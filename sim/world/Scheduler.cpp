@@ -10,6 +10,7 @@
 
 #include "world/Camera.h"
 #include "world/Commands.h"
+#include "world/Objects.h"
 #include "world/Plugins.h"
 #include "world/Windows.h"
 #include "world/World.h"
@@ -245,6 +246,7 @@ void RunFrameCallbacks() {
     SchedulerState& s = sched();
     const double sinceLastDispatch = SimTime() - s.lastDispatchTime;
     s.dispatching++;
+    RunObjectLoads();
     RunHeldCommands();
     RunFlightLoops(xplm_FlightLoop_Phase_BeforeFlightModel, sinceLastDispatch);
     RunFlightLoops(xplm_FlightLoop_Phase_AfterFlightModel, sinceLastDispatch);

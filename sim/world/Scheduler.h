@@ -1,9 +1,10 @@
 // The frame's callbacks: held commands, flight loops (before and after the flight model), the
 // drawing phases and the cursor.
 //
-// Each frame runs, in this order: the xplm_CommandContinue phase of the commands held since an
-// earlier frame, the before-flight-model loops, the after-flight-model loops
-// (XPLMRegisterFlightLoopCallback's loops among them), then every drawing phase from
+// Each frame runs, in this order: the asynchronous object loads asked for in earlier frames (their
+// callbacks), the xplm_CommandContinue phase of the commands held since an earlier frame, the
+// before-flight-model loops, the after-flight-model loops (XPLMRegisterFlightLoopCallback's loops
+// among them), then every drawing phase from
 // xplm_Phase_FirstScene to xplm_Phase_LastCockpit, each with its before-callbacks, the sim's own
 // drawing of the phase (unless a before-callback returned 0; for xplm_Phase_Window that drawing
 // includes the plugin windows) and its after-callbacks, and last the cursor callback of the window

@@ -23,9 +23,12 @@
 #include "world/Keys.h"
 #include "world/Menus.h"
 #include "world/Navigation.h"
+#include "world/Objects.h"
 #include "world/Plugins.h"
 #include "world/Position.h"
+#include "world/SceneryLibrary.h"
 #include "world/Scheduler.h"
+#include "world/Terrain.h"
 #include "world/Widgets.h"
 #include "world/Windows.h"
 
@@ -321,6 +324,9 @@ void ResetWorld() {
     ResetScheduler();
     ResetCamera();
     ResetNavigation();
+    ResetTerrain();
+    ResetObjects();
+    ResetSceneryLibrary();
     ResetWidgets();
     ResetWindows();
     ResetKeys();
@@ -361,6 +367,8 @@ void ForgetPlugin(int plugin) {
     count(ForgetMenusOf(plugin), "menu", "menus");
     count(ForgetAccessorsOf(plugin), "data accessor", "data accessors");
     count(ForgetSharedDataOf(plugin), "shared data registration", "shared data registrations");
+    count(ForgetProbesOf(plugin), "terrain probe", "terrain probes");
+    count(ForgetObjectsOf(plugin), "object", "objects");
     ForgetFeaturesOf(plugin);
     state().errorCallbacks.erase(plugin);
     if (left.empty()) return;
