@@ -141,7 +141,11 @@ PyObject* PY_XPLMReleasePlanes(PyObject* self, PyObject* args) {
     int index = 0;
     _CallbackList* entry = CVTestTable->FindCallback(PlanesAvailableCallbackList, scriptId, nullptr, nullptr, &index);
     CV_Unregister(kModule, "XPLMReleasePlanes", &PlanesAvailableCallbackList, entry, index, scriptName,
-                  CV_MatchedBy::Handle, [] { XPLMReleasePlanes(); });
+                  CV_MatchedBy::Handle, [&] {
+                      XPLMReleasePlanes();
+                      // A wait the simulator may still answer no longer reaches the script.
+                      entry->record->inert = true;
+                  });
 
     if (gCV_DebugCallbacks)
         CV_DebugCallbackTrace(

@@ -219,8 +219,9 @@ PyObject* PY_CV_RemoveObjectLoadedCallback(PyObject* self, PyObject* args) {
     if (Py_IS_TYPE(callable, &PyMethod_Type)) {
         int index = 0;
         _CallbackList* entry = CVTestTable->FindCallback(ObjectLoadedCallbackList, scriptId, nullptr, nullptr, &index);
+        // A load still under way keeps the record until it completes, without calling the script.
         CV_Unregister(kModule, "CV_RemoveObjectLoadedCallback", &ObjectLoadedCallbackList, entry, index, scriptName,
-                      CV_MatchedBy::Refcon, [] {});
+                      CV_MatchedBy::Refcon, [&] { entry->record->inert = true; });
     }
 
     if (gCV_DebugCallbacks)

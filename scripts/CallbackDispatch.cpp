@@ -15,7 +15,7 @@ namespace {
 
 // What a dispatcher may do with the record behind a refcon.
 enum class Reach {
-    Skip,        // no record, a record of an earlier interpreter, or its script is missing or disabled
+    Skip,        // no record, an inert record or one of an earlier interpreter, or its script is missing or disabled
     NoCallable,  // the record has no callable
     Call,
 };
@@ -30,7 +30,7 @@ struct Target {
 // earlier run never touches Python objects.
 Reach Resolve(const _CallbackList* entry, Target& target) {
     const _CallbackRecord* record = entry ? entry->record : nullptr;
-    if (record == nullptr || !CV_IsCurrentGeneration(record->generation)) return Reach::Skip;
+    if (record == nullptr || record->inert || !CV_IsCurrentGeneration(record->generation)) return Reach::Skip;
     if (record->scriptId == nullptr || CVTestTable == nullptr ||
         CVTestTable->GetScriptEnabledStatus(record->scriptId) == 0)
         return Reach::Skip;

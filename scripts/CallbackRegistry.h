@@ -26,6 +26,7 @@ struct _CallbackRecord {
     void* refcon = nullptr;        // the script's own refcon, an integer value
     unsigned generation = 0;       // the interpreter generation the record was made in
     bool holdsReference = false;   // a reference on the callable is held while registered
+    bool inert = false;            // taken back by the script while the simulator still holds it: never called
 };
 
 // One registered callback of any kind except widgets. The list stores the address of this object,

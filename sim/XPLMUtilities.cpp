@@ -14,6 +14,8 @@
 #include "world/Commands.h"
 #include "world/DataFiles.h"
 #include "world/Keys.h"
+#include "world/SceneryLibrary.h"
+#include "world/Terrain.h"
 #include "world/World.h"
 
 namespace {
@@ -257,6 +259,8 @@ void XPLMUnregisterCommandHandler(XPLMCommandRef inComand, XPLMCommandCallback_f
 
 // ------------------------------------------------------------------ not yet simulated
 
+// Reads the terrain file and the scenery packages' libraries again.
 void XPLMReloadScenery(void) {
-    xpsim::NotYetSimulated("XPLMReloadScenery");
+    xpsim::LoadTerrain();
+    xpsim::LoadSceneryLibrary();
 }
