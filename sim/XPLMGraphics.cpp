@@ -1,8 +1,10 @@
-// XPLMGraphics: graphics state, textures, coordinates and text drawing.
+// XPLMGraphics: graphics state, textures, coordinates and text drawing. The coordinates are the local
+// frame of world/Position.h; the rest acts on world/Graphics.h and draws into the frame's drawing
+// record.
 #include "XPLMGraphics.h"
 
+#include "world/Graphics.h"
 #include "world/Position.h"
-#include "world/World.h"
 
 void XPLMWorldToLocal(double inLatitude, double inLongitude, double inAltitude, double * outX, double * outY, double * outZ) {
     double x, y, z;
@@ -20,46 +22,36 @@ void XPLMLocalToWorld(double inX, double inY, double inZ, double * outLatitude, 
     if (outAltitude) *outAltitude = altitude;
 }
 
-// ------------------------------------------------------------------ not yet simulated
-
-void XPLMSetGraphicsState(int inEnableFog, int inNumberTexUnits, int inEnableLighting, int inEnableAlphaTesting, int inEnableAlphaBlending, int inEnableDepthTesting, int inEnableDepthWriting) {
-    xpsim::NotYetSimulated("XPLMSetGraphicsState");
+void XPLMSetGraphicsState(int inEnableFog, int inNumberTexUnits, int inEnableLighting, int inEnableAlphaTesting,
+                          int inEnableAlphaBlending, int inEnableDepthTesting, int inEnableDepthWriting) {
+    xpsim::SetGraphicsState(inEnableFog, inNumberTexUnits, inEnableLighting, inEnableAlphaTesting, inEnableAlphaBlending,
+                            inEnableDepthTesting, inEnableDepthWriting);
 }
 
-void XPLMBindTexture2d(int inTextureNum, int inTextureUnit) {
-    xpsim::NotYetSimulated("XPLMBindTexture2d");
-}
+void XPLMBindTexture2d(int inTextureNum, int inTextureUnit) { xpsim::BindTexture2d(inTextureNum, inTextureUnit); }
 
 void XPLMGenerateTextureNumbers(int * outTextureIDs, int inCount) {
-    xpsim::NotYetSimulated("XPLMGenerateTextureNumbers");
-    if (outTextureIDs) *outTextureIDs = 0;
+    xpsim::GenerateTextureNumbers(outTextureIDs, inCount);
 }
 
-int XPLMGetTexture(XPLMTextureID inTexture) {
-    xpsim::NotYetSimulated("XPLMGetTexture");
-    return 0;
-}
+int XPLMGetTexture(XPLMTextureID inTexture) { return xpsim::GetTexture(inTexture); }
 
 void XPLMDrawTranslucentDarkBox(int inLeft, int inTop, int inRight, int inBottom) {
-    xpsim::NotYetSimulated("XPLMDrawTranslucentDarkBox");
+    xpsim::DrawTranslucentDarkBox(inLeft, inTop, inRight, inBottom);
 }
 
 void XPLMDrawString(float * inColorRGB, int inXOffset, int inYOffset, char * inChar, int * inWordWrapWidth, XPLMFontID inFontID) {
-    xpsim::NotYetSimulated("XPLMDrawString");
+    xpsim::DrawString(inColorRGB, inXOffset, inYOffset, inChar, inWordWrapWidth, inFontID);
 }
 
 void XPLMDrawNumber(float * inColorRGB, int inXOffset, int inYOffset, double inValue, int inDigits, int inDecimals, int inShowSign, XPLMFontID inFontID) {
-    xpsim::NotYetSimulated("XPLMDrawNumber");
+    xpsim::DrawNumber(inColorRGB, inXOffset, inYOffset, inValue, inDigits, inDecimals, inShowSign, inFontID);
 }
 
 void XPLMGetFontDimensions(XPLMFontID inFontID, int * outCharWidth, int * outCharHeight, int * outDigitsOnly) {
-    xpsim::NotYetSimulated("XPLMGetFontDimensions");
-    if (outCharWidth) *outCharWidth = 0;
-    if (outCharHeight) *outCharHeight = 0;
-    if (outDigitsOnly) *outDigitsOnly = 0;
+    xpsim::GetFontDimensions(inFontID, outCharWidth, outCharHeight, outDigitsOnly);
 }
 
 float XPLMMeasureString(XPLMFontID inFontID, const char * inChar, int inNumChars) {
-    xpsim::NotYetSimulated("XPLMMeasureString");
-    return 0.0f;
+    return xpsim::MeasureString(inFontID, inChar, inNumChars);
 }

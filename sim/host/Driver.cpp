@@ -14,6 +14,7 @@
 
 #include "world/Commands.h"
 #include "world/DataRefs.h"
+#include "world/Drawing.h"
 #include "world/Keys.h"
 #include "world/Menus.h"
 #include "world/Plugins.h"
@@ -52,6 +53,28 @@ std::string FormatTime(double seconds) {
     char text[64];
     std::snprintf(text, sizeof text, "%.2f s", seconds);
     return text;
+}
+
+// The draw-log events of the current frame, written when its drawing is done; and the files written
+// in this run (the first write starts a file afresh, later ones add to it).
+struct DrawLogs {
+    std::vector<std::pair<int, std::string>> pending;  // events line, path
+    std::set<std::string> written;
+};
+
+DrawLogs& drawLogs() {
+    static DrawLogs logs;
+    return logs;
+}
+
+void WriteDrawLogs() {
+    DrawLogs& logs = drawLogs();
+    for (const auto& [line, path] : logs.pending) {
+        const bool fresh = logs.written.insert(path).second;
+        std::string error;
+        if (!WriteDrawingRecord(path, fresh, error)) Note("events line " + std::to_string(line) + ": " + error);
+    }
+    logs.pending.clear();
 }
 
 }  // namespace
@@ -186,6 +209,11 @@ void ApplyEvent(const Event& event) {
         case EventVerb::ReloadPlugins:
             RequestReload();
             break;
+        case EventVerb::DrawLog:
+            // Written at the end of the frame; a relative path is relative to the simulator folder.
+            drawLogs().pending.emplace_back(event.line,
+                                            event.text.front() == '/' ? event.text : SystemPath() + event.text);
+            break;
     }
 }
 
@@ -215,6 +243,7 @@ int RunSimulation(const Options& options, std::ostream& err) {
     Note("system path " + SystemPath() + ", " + rate + " simulated frames per second");
     LoadStandardDataRefs();
 
+    drawLogs() = DrawLogs();
     StartPlugins(options.plugins);
     const int frames = FramesToRun(options);
     std::vector<bool> applied(events.size(), false);
@@ -227,6 +256,7 @@ int RunSimulation(const Options& options, std::ostream& err) {
             ApplyEvent(events[i]);
         }
         RunFrameCallbacks();
+        WriteDrawLogs();
         if (ReloadRequested()) {
             ClearReloadRequest();
             Note("reloading plugins at the end of frame " + std::to_string(FrameNumber()));

@@ -182,10 +182,17 @@ bool ParseLine(const std::string& body, int lineNumber, Event& event, std::strin
     } else if (verb == "reload-plugins") {
         event.verb = EventVerb::ReloadPlugins;
         if (!expect(0, "nothing after it")) return false;
+    } else if (verb == "draw-log") {
+        event.verb = EventVerb::DrawLog;
+        event.text = args;
+        if (args.empty()) {
+            error = where + "draw-log takes the file to write the frame's drawing to";
+            return false;
+        }
     } else {
         error = where + "unknown verb '" + verb +
                 "' (key, type, click, drag, wheel, menu, command, command-begin, command-end, set, message, "
-                "reload-plugins)";
+                "reload-plugins, draw-log)";
         return false;
     }
     return true;
@@ -207,6 +214,7 @@ const char* VerbName(EventVerb verb) {
         case EventVerb::Set: return "set";
         case EventVerb::Message: return "message";
         case EventVerb::ReloadPlugins: return "reload-plugins";
+        case EventVerb::DrawLog: return "draw-log";
     }
     return "?";
 }

@@ -12,6 +12,7 @@
 //   <seconds> set <dataref> <value | v1,v2,... | text for byte arrays>
 //   <seconds> message <plugin signature> <message number> <integer parameter>
 //   <seconds> reload-plugins
+//   <seconds> draw-log <file: the frame's drawing record; relative to the simulator folder>
 //
 // "#" at the start of a line or after white space starts a comment. Blank lines are ignored.
 #pragma once
@@ -24,14 +25,14 @@
 
 namespace xpsim {
 
-enum class EventVerb { Key, Type, Click, Drag, Wheel, Menu, Command, CommandBegin, CommandEnd, Set, Message, ReloadPlugins };
+enum class EventVerb { Key, Type, Click, Drag, Wheel, Menu, Command, CommandBegin, CommandEnd, Set, Message, ReloadPlugins, DrawLog };
 
 struct Event {
     double time = 0.0;
     int line = 0;
     EventVerb verb = EventVerb::Key;
     // key: the key as written; type: the text; menu: the path; command, command-begin, command-end: the command
-    // name; set: the dataref name; message: the target signature.
+    // name; set: the dataref name; message: the target signature; draw-log: the file.
     std::string text;
     // set: the value as written.
     std::string value;

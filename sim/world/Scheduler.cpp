@@ -10,6 +10,7 @@
 
 #include "world/Camera.h"
 #include "world/Commands.h"
+#include "world/Drawing.h"
 #include "world/Objects.h"
 #include "world/Plugins.h"
 #include "world/Windows.h"
@@ -218,6 +219,7 @@ bool RunDrawSide(XPLMDrawingPhase phase, bool before) {
 
 void RunDrawing() {
     SchedulerState& s = sched();
+    const DrawingScope drawing;  // the drawing functions draw only in here
     for (XPLMDrawingPhase phase : kFramePhases) {
         const bool drawSim = RunDrawSide(phase, true);
         PhaseRecord& record = s.phases[phase];

@@ -20,6 +20,7 @@
 #include "world/Commands.h"
 #include "world/DataRefs.h"
 #include "world/Drawing.h"
+#include "world/Graphics.h"
 #include "world/Keys.h"
 #include "world/Menus.h"
 #include "world/Navigation.h"
@@ -336,6 +337,7 @@ void ResetWorld() {
     ResetDataRefs();
     ResetPosition();
     ClearDrawing();
+    ResetGraphics();
     WorldState& s = state();
     s.root.clear();
     s.sdkLevel = 210;
