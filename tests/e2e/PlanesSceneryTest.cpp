@@ -3,6 +3,7 @@
 // reports, traces and leftovers) as scripts meet them.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -92,7 +93,9 @@ for bad in (lambda: XPLMAcquirePlanes(self, 'Aircraft/a.acf', self.avail, 0),
               "TypeError XPLMDrawAircraft expects a draw state sequence of 11 items\n"
               "TypeError must be real number, not str\n"
               "TypeError XPLMDrawObjects expects each location as (x, y, z, pitch, heading, roll)\n"
-              "TypeError expected sequence\n");
+              "TypeError expected sequence\n"
+              // The next frame's load completes; the removed record (refcon 5) is not called.
+              "loaded False 6\n");
     const std::string log = sim.log();
     const std::string refconText =
         "was unregistering a callback and refcon that does not exist, check refcon matches the one that was used "
@@ -125,6 +128,55 @@ for bad in (lambda: XPLMAcquirePlanes(self, 'Aircraft/a.acf', self.avail, 0),
                                 "ObjectLoadedCallbackList size = 1\n"}))
         << check;
     EXPECT_EQ(CountOf(check, "Mismatch of callback creation and destruction.\n"), 3u) << check;
+}
+
+TEST(PlanesScenery, ScriptsProbeLookUpLoadAndDrawObjects) {
+    SimFolder sim;
+    std::filesystem::copy(TEST_DATA_DIR "/xpsim-root", sim.root(), std::filesystem::copy_options::recursive);
+    sim.writeFile("xpsim/terrain.txt", "elevation 120\nwater -89 -179 89 179\n");
+    const std::string events = sim.writeEvents("0.10 draw-log objects.txt\n");
+    const std::string out = RunLater(sim, "Objects", {"XPLMScenery", "XPLMDisplay"}, R"(
+self.draw, self.enum, self.loaded = self.Draw, self.Enumerate, self.Loaded
+XPLMRegisterDrawCallback(self, self.draw, xplm_Phase_Objects, 0, 0)
+probe = XPLMCreateProbe(xplm_ProbeY)
+info = []
+print('probe', XPLMProbeTerrainXYZ(probe, 0.0, 500.0, 0.0, info), [v + 0 for v in info])
+print('probe again', XPLMProbeTerrainXYZ(probe, True, 0, 0, info), len(info))
+print('destroyed', XPLMDestroyProbe(probe), XPLMProbeTerrainXYZ(probe, 0, 0, 0, []))
+self.found = []
+print('lookup', XPLMLookupObjects(self, 'xpsim/demo/beacon.obj', 47.45, -122.3, self.enum, 1), self.found)
+self.obj = XPLMLoadObject(self.found[0])
+print('load', self.obj != 0, XPLMLoadObject('Custom Scenery/none.obj'), XPLMLoadObjectAsync(self, self.found[1],
+      self.loaded, 9))
+)",
+                                     {"--events", events},
+                                     "XPLMUnloadObject(self.obj)\n"
+                                     "XPLMUnregisterDrawCallback(self, self.draw, xplm_Phase_Objects, 0, 0)\n",
+                                     R"(
+def Enumerate(self, path, refcon):
+    self.found.append(path)
+def Loaded(self, object, refcon):
+    print('loaded', object != 0, refcon, XPLMUnloadObject(object))
+def Draw(self, phase, isBefore, refcon):
+    if self.obj:
+        XPLMDrawObjects(self.obj, 2, [(1, 2, 3, 0, 90, 0), (-10.5, 0, 250, 5, 180, -2)], 1, 0)
+    return 1
+)");
+    // Flat ground at 120 m under water: the hit, its normal and the wet flag; y of the probe is ignored.
+    EXPECT_EQ(out,
+              "probe 0 [44, 0.0, 120.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 0.0, 1]\n"
+              "probe again 0 22\n"
+              "destroyed 1 1\n"
+              "lookup 2 ['Custom Scenery/xpsim Demo Objects/objects/beacon.obj', "
+              "'Resources/default scenery/xpsim default library/objects/beacon.obj']\n"
+              "load True 0 1\n"
+              "loaded True 9 1\n");
+    EXPECT_EQ(sim.read("objects.txt"),
+              "frame 2\n"
+              "objects file=Custom Scenery/xpsim Demo Objects/objects/beacon.obj count=2 lighting=1 earth_relative=0 "
+              "at=(1,2,3,0,90,0);(-10.5,0,250,5,180,-2)\n");
+    EXPECT_NE(sim.simLog().find("xpsim: XPLMLoadObject: cannot open Custom Scenery/none.obj"), std::string::npos)
+        << sim.simLog();
 }
 
 }  // namespace
