@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <set>
 
+#include "world/Aircraft.h"
 #include "world/Commands.h"
 #include "world/DataRefs.h"
 #include "world/Keys.h"
@@ -214,8 +215,11 @@ int RunSimulation(const Options& options, std::ostream& err) {
     std::snprintf(rate, sizeof rate, "%g", FrameRate());
     Note("system path " + SystemPath() + ", " + rate + " simulated frames per second");
     LoadStandardDataRefs();
+    StartAircraft();
 
     StartPlugins(options.plugins);
+    // Once the plugins are enabled, the sim loads the user's aircraft and places it.
+    SendStartMessages();
     const int frames = FramesToRun(options);
     std::vector<bool> applied(events.size(), false);
     for (int frame = 1; frame <= frames; ++frame) {
@@ -226,6 +230,7 @@ int RunSimulation(const Options& options, std::ostream& err) {
             applied[i] = true;
             ApplyEvent(events[i]);
         }
+        UpdateReferencePoint();
         RunFrameCallbacks();
         if (ReloadRequested()) {
             ClearReloadRequest();

@@ -16,6 +16,7 @@
 #include <set>
 #include <vector>
 
+#include "world/Aircraft.h"
 #include "world/Camera.h"
 #include "world/Commands.h"
 #include "world/DataRefs.h"
@@ -329,6 +330,7 @@ void ResetWorld() {
     ResetPlugins();
     ResetDataRefs();
     ResetPosition();
+    ResetAircraft();
     ClearDrawing();
     WorldState& s = state();
     s.root.clear();
