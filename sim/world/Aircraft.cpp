@@ -445,7 +445,8 @@ int AcquirePlanes(char** aircraft, XPLMPlanesAvailable_f callback, void* refcon)
     AircraftState& s = state();
     const int plugin = CurrentPlugin();
     // A plugin waits at most once: asking again only changes its callback.
-    auto waiting = std::find_if(s.waiters.begin(), s.waiters.end(), [&](const Waiter& w) { return w.plugin == plugin; });
+    auto waiting =
+        std::find_if(s.waiters.begin(), s.waiters.end(), [&](const Waiter& w) { return w.plugin == plugin; });
     if (s.controller != XPLM_NO_PLUGIN_ID && s.controller != plugin) {
         if (callback == nullptr) {
             if (waiting != s.waiters.end()) s.waiters.erase(waiting);

@@ -240,7 +240,8 @@ TEST_F(sim_Aircraft, PlacesTheUserAtAirportsAndSendsTheLoadMessages) {
         XPLMPlaceUserAtAirport(nullptr);
         XPLMPlaceUserAtAirport(std::string(5000, 'K').c_str());
     }
-    EXPECT_TRUE(Logged("XPLMPlaceUserAtAirport: no airport 'XXXX' in the navigation data; the aircraft stays where it is"));
+    EXPECT_TRUE(
+        Logged("XPLMPlaceUserAtAirport: no airport 'XXXX' in the navigation data; the aircraft stays where it is"));
     EXPECT_TRUE(Logged("XPLMPlaceUserAtAirport: null airport code"));
     EXPECT_EQ(Position(), before);
     EXPECT_TRUE(gMessages.empty());
@@ -263,7 +264,8 @@ TEST_F(sim_Aircraft, WithoutAirportsTheUserStartsAtTheDefaultPosition) {
     EXPECT_EQ(xpsim::UserAirport(), "");
     EXPECT_EQ(Get(kLatitude), xpsim::kDefaultStartLatitude);
     EXPECT_EQ(Get(kLongitude), xpsim::kDefaultStartLongitude);
-    EXPECT_TRUE(Logged("the user's aircraft is at xpsim's default position: 47.449889, -122.311778, elevation 131.98 m"));
+    EXPECT_TRUE(
+        Logged("the user's aircraft is at xpsim's default position: 47.449889, -122.311778, elevation 131.98 m"));
     ExpectCoupled();
     // Without airports a new aircraft stays where the user is.
     XPLMSetUsersAircraft(xpsim::UserAircraftFolder().append(xpsim::UserAircraftFile()).c_str());
@@ -429,7 +431,8 @@ TEST_F(sim_Aircraft, OnePluginAtATimeHoldsTheOtherAircraft) {
 }
 
 TEST_F(sim_Aircraft, DrawingAnAircraftAddsALineToTheFrame) {
-    XPLMPlaneDrawState_t full = {int(sizeof(XPLMPlaneDrawState_t)), 0.5f, 0.25f, 0.1f, 0.2f, 0.3f, 0.4f, 0.9f, -1.0f, 0.5f, 1.0f};
+    XPLMPlaneDrawState_t full = {int(sizeof(XPLMPlaneDrawState_t)), 0.5f, 0.25f, 0.1f, 0.2f, 0.3f, 0.4f, 0.9f,
+                                 -1.0f, 0.5f, 1.0f};
     XPLMDrawAircraft(1, 10.0f, 2.5f, -30.0f, 5.0f, -10.0f, 270.0f, 1, &full);
     // An older draw state has fewer fields; without one the gear is down and all else at rest.
     XPLMPlaneDrawState_t shorter = full;
