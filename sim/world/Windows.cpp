@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "world/Plugins.h"
+#include "world/Screen.h"
 #include "world/World.h"
 
 namespace xpsim {
@@ -19,8 +20,8 @@ struct WindowSystem {
     std::vector<WindowRecord*> stack;                    // live windows, back to front
     WindowRecord* focus = nullptr;
     WindowRecord* mouseTaker = nullptr;  // took the current mouse down
-    int mouseX = kScreenWidth / 2;
-    int mouseY = kScreenHeight / 2;
+    int mouseX = ScreenWidth() / 2;
+    int mouseY = ScreenHeight() / 2;
     XPLMCursorStatus cursor = xplm_CursorDefault;
     int nextNumber = 1;
     int focusDepth = 0;  // focus changes made from losing-focus callbacks, nested
@@ -55,11 +56,6 @@ std::vector<WindowRecord*> WindowsAt(int x, int y) {
         if ((*it)->visible && Active(*it) && Contains(**it, x, y)) found.push_back(*it);
     }
     return found;
-}
-
-void MoveMouse(int x, int y) {
-    windows().mouseX = x;
-    windows().mouseY = y;
 }
 
 std::string Point(int x, int y) { return "(" + std::to_string(x) + ", " + std::to_string(y) + ")"; }
@@ -138,6 +134,13 @@ void Wheel(int x, int y, int clicks, int axis) {
     }
     Note("mouse wheel at " + Point(x, y) + " reaches the sim");
 }
+
+void MoveMouse(int x, int y) {
+    windows().mouseX = x;
+    windows().mouseY = y;
+}
+
+void CentreMouse() { MoveMouse(ScreenWidth() / 2, ScreenHeight() / 2); }
 
 void MouseLocation(int& x, int& y) {
     x = windows().mouseX;
