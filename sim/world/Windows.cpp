@@ -7,6 +7,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "world/Drawing.h"
 #include "world/Plugins.h"
 #include "world/Screen.h"
 #include "world/World.h"
@@ -249,6 +250,11 @@ void DrawWindows() {
     const std::vector<WindowRecord*> order = windows().stack;
     for (WindowRecord* window : order) {
         if (!Active(window) || !window->visible) continue;
+        // SDK 2.10 windows have no frame of the simulator's: the record names the window, and what the
+        // screen shows of it is what its draw callback draws.
+        RecordDrawing("window number=" + std::to_string(window->number) + " plugin=" + std::to_string(window->owner) +
+                      " left=" + std::to_string(window->left) + " top=" + std::to_string(window->top) +
+                      " right=" + std::to_string(window->right) + " bottom=" + std::to_string(window->bottom));
         PluginContext context(window->owner);
         window->draw(window, window->refcon);
     }
