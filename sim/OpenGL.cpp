@@ -47,7 +47,7 @@ struct Matrix {
 };
 
 struct GlState {
-    Rgba colour;  // opaque white
+    Rgba colour{1.0f, 1.0f, 1.0f, 1.0f};  // GL's current colour starts opaque white
     float lineWidth = 1.0f;
     float pointSize = 1.0f;
     bool blend = false;
