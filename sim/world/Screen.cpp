@@ -146,7 +146,8 @@ bool ShownInDigitFont(unsigned char c) { return (c >= '0' && c <= '9') || std::s
 void RenderText(cairo_t* cr, const Item& item) {
     FontMetrics font;
     if (!FindFont(item.font, font)) return;
-    cairo_select_font_face(cr, "monospace", CAIRO_FONT_SLANT_NORMAL,
+    // The proportional font's glyphs come from the proportional face, so that they suit their cells.
+    cairo_select_font_face(cr, item.font == xplmFont_Proportional ? "sans-serif" : "monospace", CAIRO_FONT_SLANT_NORMAL,
                            item.font == xplmFont_Metal ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
     // A monospaced glyph is about 0.6 em wide: the largest size whose glyphs fit the cell.
     const double size = std::min(font.charHeight * 0.95, font.charWidth / 0.6);
