@@ -180,7 +180,8 @@ void Record(const char* mode, const std::vector<Vertex>& vertices, const Rgba& c
     std::string line = std::string("gl mode=") + mode + " vertices=" + std::to_string(vertices.size()) +
                        " rgba=" + rgba + " blend=" + BlendName(blend) + " texture=" + (g.texture ? "1" : "0");
     const std::string kind = mode;
-    if (kind == "GL_LINES" || kind == "GL_LINE_STRIP" || kind == "GL_LINE_LOOP") line += " width=" + Number(g.lineWidth);
+    if (kind == "GL_LINES" || kind == "GL_LINE_STRIP" || kind == "GL_LINE_LOOP")
+        line += " width=" + Number(g.lineWidth);
     if (kind == "GL_POINTS") line += " size=" + Number(g.pointSize);
     if (world) line += " world=1";
     line += " points=";

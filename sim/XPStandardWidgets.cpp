@@ -20,6 +20,7 @@
 #include "XPStandardWidgets.h"
 
 #include <algorithm>
+#include <climits>
 #include <initializer_list>
 #include <string>
 #include <utility>
@@ -114,8 +115,14 @@ void Text(const std::string& text, int x, int y, const float* rgb, int font = xp
     if (!text.empty()) xpsim::DrawText(rgb, x, y, text.data(), text.size(), font);
 }
 
+// Widget geometry may be anything an int holds: the look computes in long long and draws at ints cut
+// to the int range.
+int Cut(long long value) { return int(std::clamp<long long>(value, INT_MIN, INT_MAX)); }
+
 // The y that centres a line of the font in the widget's height.
-int MiddleY(const WidgetRecord& widget, int font) { return widget.bottom + (widget.top - widget.bottom - CharHeight(font)) / 2; }
+int MiddleY(const WidgetRecord& widget, int font) {
+    return Cut(widget.bottom + ((long long)widget.top - widget.bottom - CharHeight(font)) / 2);
+}
 
 // ------------------------------------------------------------------ windows
 
@@ -141,30 +148,35 @@ int MainWindow(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t
                                {xpProperty_MainWindowHasCloseBoxes, 0}});
             return 1;
         case xpMsg_Draw: {
+            if (!xpsim::InDrawing()) return 1;  // sent outside the sim's drawing: nothing to draw on
             const intptr_t type = Property(id, xpProperty_MainWindowType);
             const bool closeBoxes = Property(id, xpProperty_MainWindowHasCloseBoxes) != 0;
-            RecordLook(*widget, "xpWidgetClass_MainWindow",
-                       "type=" + NameOr(type, Named(type, {{xpMainWindowStyle_MainWindow, "xpMainWindowStyle_MainWindow"},
-                                                           {xpMainWindowStyle_Translucent, "xpMainWindowStyle_Translucent"}})) +
-                           " closeboxes=" + (closeBoxes ? "1" : "0"),
-                       widget->descriptor);
+            RecordLook(
+                *widget, "xpWidgetClass_MainWindow",
+                "type=" +
+                    NameOr(type, Named(type, {{xpMainWindowStyle_MainWindow, "xpMainWindowStyle_MainWindow"},
+                                              {xpMainWindowStyle_Translucent, "xpMainWindowStyle_Translucent"}})) +
+                    " closeboxes=" + (closeBoxes ? "1" : "0"),
+                widget->descriptor);
             // The translucent style is the simulator's dark box; the standard one its window art.
             if (type == xpMainWindowStyle_Translucent)
                 XPLMDrawTranslucentDarkBox(widget->left, widget->top, widget->right, widget->bottom);
             else
                 XPDrawWindow(widget->left, widget->bottom, widget->right, widget->top, xpWindow_MainWindow);
-            int titleX = widget->left + 8;
+            const long long left = widget->left, right = widget->right, top = widget->top;
+            long long titleX = left + 8;
             if (closeBoxes) {
-                const int top = widget->top - kCloseBoxInset;
+                const long long boxTop = top - kCloseBoxInset;
                 const XPElementStyle box = widget->pressedPart == kCloseBoxPart ? xpElement_WindowCloseBoxPressed
                                                                                  : xpElement_WindowCloseBox;
-                XPDrawElement(widget->left + kCloseBoxInset, top - kCloseBoxSize, widget->left + kCloseBoxInset + kCloseBoxSize,
-                              top, box, 0);
-                XPDrawElement(widget->right - kCloseBoxInset - kCloseBoxSize, top - kCloseBoxSize,
-                              widget->right - kCloseBoxInset, top, box, 0);
-                titleX = widget->left + kCloseBoxInset + kCloseBoxSize + 6;
+                XPDrawElement(Cut(left + kCloseBoxInset), Cut(boxTop - kCloseBoxSize),
+                              Cut(left + kCloseBoxInset + kCloseBoxSize), Cut(boxTop), box, 0);
+                XPDrawElement(Cut(right - kCloseBoxInset - kCloseBoxSize), Cut(boxTop - kCloseBoxSize),
+                              Cut(right - kCloseBoxInset), Cut(boxTop), box, 0);
+                titleX = left + kCloseBoxInset + kCloseBoxSize + 6;
             }
-            Text(widget->descriptor, titleX, widget->top - kTitleBarHeight + (kTitleBarHeight - CharHeight(xplmFont_Basic)) / 2,
+            Text(widget->descriptor, Cut(titleX),
+                 Cut(top - kTitleBarHeight + (kTitleBarHeight - CharHeight(xplmFont_Basic)) / 2),
                  type == xpMainWindowStyle_Translucent ? kWhite : kBlack);
             return 1;
         }
@@ -211,6 +223,7 @@ int SubWindow(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t 
             Defaults(*widget, {{xpProperty_SubWindowType, xpSubWindowStyle_SubWindow}});
             return 1;
         case xpMsg_Draw: {
+            if (!xpsim::InDrawing()) return 1;  // sent outside the sim's drawing: nothing to draw on
             const intptr_t type = Property(id, xpProperty_SubWindowType);
             const char* name = Named(type, {{xpSubWindowStyle_SubWindow, "xpSubWindowStyle_SubWindow"},
                                             {xpSubWindowStyle_Screen, "xpSubWindowStyle_Screen"},
@@ -257,13 +270,16 @@ void Press(XPWidgetID id) {
 // as tall as the button at most, at its left, without text; the close box and the little arrows are
 // their elements.
 void DrawButton(XPWidgetID id, WidgetRecord& widget) {
+    if (!xpsim::InDrawing()) return;  // sent outside the sim's drawing: nothing to draw on
     const intptr_t type = Property(id, xpProperty_ButtonType);
     const intptr_t behavior = Property(id, xpProperty_ButtonBehavior);
     const bool on = Property(id, xpProperty_ButtonState) != 0;
     const bool hilited = Property(id, xpProperty_Hilited) != 0;
     const bool enabled = Enabled(id);
-    const char* typeName = Named(type, {{xpPushButton, "xpPushButton"}, {xpRadioButton, "xpRadioButton"},
-                                        {xpWindowCloseBox, "xpWindowCloseBox"}, {xpLittleDownArrow, "xpLittleDownArrow"},
+    const char* typeName = Named(type, {{xpPushButton, "xpPushButton"},
+                                        {xpRadioButton, "xpRadioButton"},
+                                        {xpWindowCloseBox, "xpWindowCloseBox"},
+                                        {xpLittleDownArrow, "xpLittleDownArrow"},
                                         {xpLittleUpArrow, "xpLittleUpArrow"}});
     const char* behaviorName = Named(behavior, {{xpButtonBehaviorPushButton, "xpButtonBehaviorPushButton"},
                                                 {xpButtonBehaviorCheckBox, "xpButtonBehaviorCheckBox"},
@@ -276,39 +292,40 @@ void DrawButton(XPWidgetID id, WidgetRecord& widget) {
     const int left = widget.left, bottom = widget.bottom, right = widget.right, top = widget.top;
     switch (type) {
         case xpRadioButton: {
-            const int side = std::max(0, std::min({16, top - bottom, right - left}));
-            const int boxBottom = bottom + (top - bottom - side) / 2;
+            const int side = int(std::max(0LL, std::min({16LL, (long long)top - bottom, (long long)right - left})));
+            const int boxBottom = Cut(bottom + ((long long)top - bottom - side) / 2);
             if (behavior == xpButtonBehaviorRadioButton) {
                 // The SDK has no element for a round button: it is painted here, and named by the widget line.
                 if (!xpsim::DrawingOnScreen()) return;
                 const xpsim::Rgba white = xpsim::Colour(0xffffff), dark = xpsim::Colour(0x3c4044);
-                xpsim::PaintEllipse(left, boxBottom, left + side, boxBottom + side, true, 1, white, xpsim::Blend::Opaque);
-                xpsim::PaintEllipse(left + 0.5, boxBottom + 0.5, left + side - 0.5, boxBottom + side - 0.5, false, 1, dark,
-                                    xpsim::Blend::Opaque);
+                const double l = left, b = boxBottom, r = l + side, t = b + side;
+                xpsim::PaintEllipse(l, b, r, t, true, 1, white, xpsim::Blend::Opaque);
+                xpsim::PaintEllipse(l + 0.5, b + 0.5, r - 0.5, t - 0.5, false, 1, dark, xpsim::Blend::Opaque);
                 if (on) {
                     const double inset = side / 4.0;
-                    xpsim::PaintEllipse(left + inset, boxBottom + inset, left + side - inset, boxBottom + side - inset, true, 1,
-                                        xpsim::Colour(0x1c1c1c), xpsim::Blend::Opaque);
+                    xpsim::PaintEllipse(l + inset, b + inset, r - inset, t - inset, true, 1, xpsim::Colour(0x1c1c1c),
+                                        xpsim::Blend::Opaque);
                 }
             } else {
-                XPDrawElement(left, boxBottom, left + side, boxBottom + side, on ? xpElement_CheckBoxLit : xpElement_CheckBox,
-                              hilited);
+                XPDrawElement(left, boxBottom, Cut((long long)left + side), Cut((long long)boxBottom + side),
+                              on ? xpElement_CheckBoxLit : xpElement_CheckBox, hilited);
             }
             return;
         }
         case xpWindowCloseBox:
-            XPDrawElement(left, bottom, right, top, hilited ? xpElement_WindowCloseBoxPressed : xpElement_WindowCloseBox, 0);
+            XPDrawElement(left, bottom, right, top,
+                          hilited ? xpElement_WindowCloseBoxPressed : xpElement_WindowCloseBox, 0);
             return;
         case xpLittleDownArrow:
         case xpLittleUpArrow:
-            XPDrawElement(left, bottom, right, top, type == xpLittleUpArrow ? xpElement_LittleUpArrow : xpElement_LittleDownArrow,
-                          hilited);
+            XPDrawElement(left, bottom, right, top,
+                          type == xpLittleUpArrow ? xpElement_LittleUpArrow : xpElement_LittleDownArrow, hilited);
             return;
         default: {
             const bool lit = hilited || (behavior != xpButtonBehaviorPushButton && on);
             XPDrawElement(left, bottom, right, top, lit ? xpElement_PushButtonLit : xpElement_PushButton, lit);
             const int width = TextWidth(xplmFont_Basic, widget.descriptor);
-            Text(widget.descriptor, left + (right - left - width) / 2, MiddleY(widget, xplmFont_Basic),
+            Text(widget.descriptor, Cut(left + ((long long)right - left - width) / 2), MiddleY(widget, xplmFont_Basic),
                  enabled ? kBlack : kGreyed);
             return;
         }
@@ -335,7 +352,8 @@ int Button(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t) {
         case xpMsg_MouseDrag:
             if (widget->pressedPart == kButtonPart && param1 != 0) {
                 const bool inside = xpsim::WidgetContains(*widget, Mouse(param1)->x, Mouse(param1)->y);
-                if ((Property(id, xpProperty_Hilited) != 0) != inside) XPSetWidgetProperty(id, xpProperty_Hilited, inside);
+                if ((Property(id, xpProperty_Hilited) != 0) != inside)
+                    XPSetWidgetProperty(id, xpProperty_Hilited, inside);
             }
             return 1;
         case xpMsg_MouseUp: {
@@ -359,7 +377,8 @@ bool EditingKey(int virtualKey) {
 }
 
 void SetSelection(XPWidgetID id, intptr_t start, intptr_t end) {
-    if (Property(id, xpProperty_EditFieldSelStart) != start) XPSetWidgetProperty(id, xpProperty_EditFieldSelStart, start);
+    if (Property(id, xpProperty_EditFieldSelStart) != start)
+        XPSetWidgetProperty(id, xpProperty_EditFieldSelStart, start);
     if (Property(id, xpProperty_EditFieldSelEnd) != end) XPSetWidgetProperty(id, xpProperty_EditFieldSelEnd, end);
 }
 
@@ -419,6 +438,7 @@ int TypeKey(XPWidgetID id, WidgetRecord& widget, const XPKeyState_t& key) {
 // (stars in password mode), and, while it has the keyboard, the selection behind the text or the caret
 // as a one-pixel line.
 void DrawTextField(XPWidgetID id, WidgetRecord& widget) {
+    if (!xpsim::InDrawing()) return;
     const intptr_t type = Property(id, xpProperty_TextFieldType);
     const bool password = Property(id, xpProperty_PasswordMode) != 0;
     const bool enabled = Enabled(id);
@@ -431,13 +451,14 @@ void DrawTextField(XPWidgetID id, WidgetRecord& widget) {
     const intptr_t scroll = std::clamp<intptr_t>(Property(id, xpProperty_ScrollPosition), 0, length);
     const std::string shown = password ? std::string(size_t(length), '*') : widget.descriptor;
     // What fits from the scroll position on.
-    const int room = widget.right - widget.left - 2 * kTextInset;
+    const long long room = (long long)widget.right - widget.left - 2 * kTextInset;
     size_t count = 0;
     while (scroll + intptr_t(count) < length &&
            TextWidth(font, shown.substr(size_t(scroll), count + 1)) <= room)
         ++count;
     const std::string visible = shown.substr(size_t(scroll), count);
-    const char* typeName = Named(type, {{xpTextEntryField, "xpTextEntryField"}, {xpTextTransparent, "xpTextTransparent"},
+    const char* typeName = Named(type, {{xpTextEntryField, "xpTextEntryField"},
+                                        {xpTextTransparent, "xpTextTransparent"},
                                         {xpTextTranslucent, "xpTextTranslucent"}});
     std::string fields = "type=" + NameOr(type, typeName) + " enabled=" + (enabled ? "1" : "0") +
                          " focus=" + (focused ? "1" : "0");
@@ -447,20 +468,20 @@ void DrawTextField(XPWidgetID id, WidgetRecord& widget) {
         XPLMDrawTranslucentDarkBox(widget.left, widget.top, widget.right, widget.bottom);
     else if (type != xpTextTransparent)
         XPDrawElement(widget.left, widget.bottom, widget.right, widget.top, xpElement_TextField, 0);
-    const int x = widget.left + kTextInset;
+    const int x = Cut((long long)widget.left + kTextInset);
     const int y = MiddleY(widget, font);
     auto xAt = [&](intptr_t index) {
         const intptr_t from = std::min(std::max(index, scroll), scroll + intptr_t(count));
-        return x + TextWidth(font, shown.substr(size_t(scroll), size_t(from - scroll)));
+        return (long long)x + TextWidth(font, shown.substr(size_t(scroll), size_t(from - scroll)));
     };
     const bool light = type == xpTextTranslucent;
     if (focused && start < end && xpsim::DrawingOnScreen())
-        xpsim::PaintRect(xAt(start), widget.bottom + 2, xAt(end), widget.top - 2, xpsim::Colour(light ? 0x4060a0 : 0xa8c8f0),
-                         xpsim::Blend::Opaque);
+        xpsim::PaintRect(double(xAt(start)), widget.bottom + 2.0, double(xAt(end)), widget.top - 2.0,
+                         xpsim::Colour(light ? 0x4060a0 : 0xa8c8f0), xpsim::Blend::Opaque);
     Text(visible, x, y, !enabled ? kGreyed : light ? kWhite : kBlack, font);
     if (focused && start == end && start >= scroll && start <= scroll + intptr_t(count) && xpsim::DrawingOnScreen()) {
-        const double caret = xAt(start) + 0.5;
-        xpsim::PaintPolyline({{caret, double(widget.bottom + 3)}, {caret, double(widget.top - 3)}}, false, 1,
+        const double caret = double(xAt(start)) + 0.5;
+        xpsim::PaintPolyline({{caret, widget.bottom + 3.0}, {caret, widget.top - 3.0}}, false, 1,
                              xpsim::Colour(light ? 0xffffff : 0x000000), xpsim::Blend::Opaque);
     }
 }
@@ -563,6 +584,7 @@ int ScrollBar(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t)
                                {xpProperty_ScrollBarSlop, 0}});
             return 1;
         case xpMsg_Draw: {
+            if (!xpsim::InDrawing()) return 1;  // sent outside the sim's drawing: nothing to draw on
             const bool slider = Property(id, xpProperty_ScrollBarType) == xpScrollBarTypeSlider;
             const intptr_t min = Property(id, xpProperty_ScrollBarMin), max = Property(id, xpProperty_ScrollBarMax);
             const intptr_t position = Property(id, xpProperty_ScrollBarSliderPosition);
@@ -620,7 +642,8 @@ int ScrollBar(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t)
         case xpMsg_MouseUp:
             if (widget->pressedPart == kThumb && param1 != 0) {
                 const Track track = Measure(id, *widget);
-                MoveSlider(id, track, PositionAt(track, Along(track, *widget, *Mouse(param1)) - widget->pressX - track.button));
+                MoveSlider(id, track,
+                           PositionAt(track, Along(track, *widget, *Mouse(param1)) - widget->pressX - track.button));
             }
             if (message == xpMsg_MouseUp) widget->pressedPart = kNoPart;
             return 1;
@@ -648,10 +671,14 @@ int Caption(XPWidgetMessage message, XPWidgetID id, intptr_t, intptr_t) {
         return 1;
     }
     if (message != xpMsg_Draw) return 0;
+    if (!xpsim::InDrawing()) return 1;
     const bool lit = Property(id, xpProperty_CaptionLit) != 0;
     const bool enabled = Enabled(id);
     RecordLook(*widget, "xpWidgetClass_Caption", std::string("lit=") + (lit ? "1" : "0"), widget->descriptor);
-    Text(widget->descriptor, widget->left, MiddleY(*widget, xplmFont_Basic), !enabled ? kGreyed : lit ? kWhite : kBlack);
+    Text(widget->descriptor, widget->left, MiddleY(*widget, xplmFont_Basic),
+         !enabled ? kGreyed
+         : lit    ? kWhite
+                  : kBlack);
     return 1;
 }
 
@@ -664,6 +691,7 @@ int GeneralGraphics(XPWidgetMessage message, XPWidgetID id, intptr_t, intptr_t) 
         return 1;
     }
     if (message != xpMsg_Draw) return 0;
+    if (!xpsim::InDrawing()) return 1;
     static const std::pair<intptr_t, XPElementStyle> kIcons[] = {
         {xpShip, xpElement_Ship},
         {xpILSGlideScope, xpElement_ILSGlideScope},
@@ -688,7 +716,8 @@ int GeneralGraphics(XPWidgetMessage message, XPWidgetID id, intptr_t, intptr_t) 
     const intptr_t icon = Property(id, xpProperty_GeneralGraphicsType);
     RecordLook(*widget, "xpWidgetClass_GeneralGraphics", "icon=" + std::to_string(icon), widget->descriptor);
     for (const auto& entry : kIcons) {
-        if (entry.first == icon) XPDrawElement(widget->left, widget->bottom, widget->right, widget->top, entry.second, 0);
+        if (entry.first == icon)
+            XPDrawElement(widget->left, widget->bottom, widget->right, widget->top, entry.second, 0);
     }
     return 1;
 }
@@ -698,14 +727,17 @@ int Progress(XPWidgetMessage message, XPWidgetID id, intptr_t, intptr_t) {
     WidgetRecord* widget = Record(id);
     if (widget == nullptr) return 0;
     if (message == xpMsg_Create) {
-        Defaults(*widget, {{xpProperty_ProgressPosition, 0}, {xpProperty_ProgressMin, 0}, {xpProperty_ProgressMax, 100}});
+        Defaults(*widget,
+                 {{xpProperty_ProgressPosition, 0}, {xpProperty_ProgressMin, 0}, {xpProperty_ProgressMax, 100}});
         return 1;
     }
     if (message != xpMsg_Draw) return 0;
+    if (!xpsim::InDrawing()) return 1;
     const intptr_t min = Property(id, xpProperty_ProgressMin), max = Property(id, xpProperty_ProgressMax);
     const intptr_t position = Property(id, xpProperty_ProgressPosition);
     RecordLook(*widget, "xpWidgetClass_Progress",
-               "min=" + std::to_string(min) + " max=" + std::to_string(max) + " position=" + std::to_string(position), "");
+               "min=" + std::to_string(min) + " max=" + std::to_string(max) + " position=" + std::to_string(position),
+               "");
     XPDrawTrack(widget->left, widget->bottom, widget->right, widget->top, int(min), int(max), int(position),
                 xpTrack_Progress, 0);
     return 1;

@@ -18,6 +18,7 @@
 #include "XPUIGraphics.h"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstdlib>
 #include <string>
@@ -99,7 +100,9 @@ Box Square(const Box& box, double inset = 0) {
     return {box.CentreX() - side / 2, box.CentreY() - side / 2, box.CentreX() + side / 2, box.CentreY() + side / 2};
 }
 
-void Fill(const Box& box, uint32_t rgb) { xpsim::PaintRect(box.left, box.bottom, box.right, box.top, xpsim::Colour(rgb), Blend::Opaque); }
+void Fill(const Box& box, uint32_t rgb) {
+    xpsim::PaintRect(box.left, box.bottom, box.right, box.top, xpsim::Colour(rgb), Blend::Opaque);
+}
 
 // A one-pixel outline just inside the box.
 void Outline(const Box& box, uint32_t rgb) {
@@ -116,17 +119,21 @@ void Bevel(const Box& box, bool sunken) {
     if (box.Width() < 2 || box.Height() < 2) return;
     const Rgba light = xpsim::Colour(sunken ? 0x6c7074 : kEdgeLight);
     const Rgba dark = xpsim::Colour(sunken ? 0xe4e6e8 : 0x6c7074);
-    xpsim::PaintPolyline({{box.left + 1.5, box.bottom + 1.5}, {box.left + 1.5, box.top - 1.5}, {box.right - 1.5, box.top - 1.5}},
-                         false, 1.0, light, Blend::Opaque);
-    xpsim::PaintPolyline({{box.right - 1.5, box.top - 1.5}, {box.right - 1.5, box.bottom + 1.5}, {box.left + 1.5, box.bottom + 1.5}},
-                         false, 1.0, dark, Blend::Opaque);
+    xpsim::PaintPolyline(
+        {{box.left + 1.5, box.bottom + 1.5}, {box.left + 1.5, box.top - 1.5}, {box.right - 1.5, box.top - 1.5}}, false,
+        1.0, light, Blend::Opaque);
+    xpsim::PaintPolyline(
+        {{box.right - 1.5, box.top - 1.5}, {box.right - 1.5, box.bottom + 1.5}, {box.left + 1.5, box.bottom + 1.5}},
+        false, 1.0, dark, Blend::Opaque);
 }
 
 void Line(double x1, double y1, double x2, double y2, uint32_t rgb, double width = 1.0) {
     xpsim::PaintPolyline({{x1, y1}, {x2, y2}}, false, width, xpsim::Colour(rgb), Blend::Opaque);
 }
 
-void Polygon(const std::vector<ScreenPoint>& points, uint32_t rgb) { xpsim::PaintPolygon(points, xpsim::Colour(rgb), Blend::Opaque); }
+void Polygon(const std::vector<ScreenPoint>& points, uint32_t rgb) {
+    xpsim::PaintPolygon(points, xpsim::Colour(rgb), Blend::Opaque);
+}
 
 void Ellipse(const Box& box, bool filled, uint32_t rgb, double width = 1.0) {
     xpsim::PaintEllipse(box.left, box.bottom, box.right, box.top, filled, width, xpsim::Colour(rgb), Blend::Opaque);
@@ -295,8 +302,9 @@ void PaintIcon(const Box& box, XPElementStyle style) {
     switch (style) {
         case xpElement_OilPlatform:
         case xpElement_OilPlatformSmall: {
-            const Box deck = style == xpElement_OilPlatform ? Box{at(0.2, 0.4).x, at(0.2, 0.4).y, at(0.8, 0.8).x, at(0.8, 0.8).y}
-                                                             : Box{at(0.3, 0.45).x, at(0.3, 0.45).y, at(0.7, 0.75).x, at(0.7, 0.75).y};
+            const Box deck = style == xpElement_OilPlatform
+                                 ? Box{at(0.2, 0.4).x, at(0.2, 0.4).y, at(0.8, 0.8).x, at(0.8, 0.8).y}
+                                 : Box{at(0.3, 0.45).x, at(0.3, 0.45).y, at(0.7, 0.75).x, at(0.7, 0.75).y};
             Fill(deck, 0x605040);
             Line(deck.left + 1, deck.bottom, s.left + 0.15 * w, s.bottom, 0x605040, 2);
             Line(deck.right - 1, deck.bottom, s.left + 0.85 * w, s.bottom, 0x605040, 2);
@@ -312,7 +320,8 @@ void PaintIcon(const Box& box, XPElementStyle style) {
         case xpElement_MarkerLeft:
         case xpElement_MarkerRight: {
             const bool left = style == xpElement_MarkerLeft;
-            Ellipse({left ? s.left : s.left + 0.3 * w, s.bottom + 0.3 * w, left ? s.left + 0.7 * w : s.right, s.top - 0.3 * w},
+            Ellipse({left ? s.left : s.left + 0.3 * w, s.bottom + 0.3 * w, left ? s.left + 0.7 * w : s.right,
+                     s.top - 0.3 * w},
                     true, 0x3060c0);
             break;
         }
@@ -324,7 +333,8 @@ void PaintIcon(const Box& box, XPElementStyle style) {
             Polygon({at(0.5, 0.95), at(0.95, 0.1), at(0.05, 0.1)}, 0x20a0c0);
             break;
         case xpElement_NDB:
-            for (const ScreenPoint& p : Regular(s, 12, 0)) xpsim::PaintPoints({p}, 2, xpsim::Colour(0x8c4c9c), Blend::Opaque);
+            for (const ScreenPoint& p : Regular(s, 12, 0))
+                xpsim::PaintPoints({p}, 2, xpsim::Colour(0x8c4c9c), Blend::Opaque);
             Ellipse(Square(s, w * 0.35), true, 0x8c4c9c);
             break;
         case xpElement_VOR:
@@ -332,12 +342,14 @@ void PaintIcon(const Box& box, XPElementStyle style) {
             if (style == xpElement_VORWithCompassRose) {
                 Ellipse(s, false, 0x2060a0);
                 for (const ScreenPoint& p : Regular(s, 8, 0))
-                    Line(s.CentreX() + (p.x - s.CentreX()) * 0.8, s.CentreY() + (p.y - s.CentreY()) * 0.8, p.x, p.y, 0x2060a0);
+                    Line(s.CentreX() + (p.x - s.CentreX()) * 0.8, s.CentreY() + (p.y - s.CentreY()) * 0.8, p.x, p.y,
+                         0x2060a0);
             }
             xpsim::PaintPolyline(Regular(Square(s, w * 0.2), 6, 0), true, 2, xpsim::Colour(0x2060a0), Blend::Opaque);
             break;
         case xpElement_RadioTower:
-            xpsim::PaintPolyline({at(0.2, 0.05), at(0.5, 0.95), at(0.8, 0.05)}, false, 2, xpsim::Colour(0xc03020), Blend::Opaque);
+            xpsim::PaintPolyline({at(0.2, 0.05), at(0.5, 0.95), at(0.8, 0.05)}, false, 2, xpsim::Colour(0xc03020),
+                                 Blend::Opaque);
             Line(at(0.33, 0.4).x, at(0.33, 0.4).y, at(0.67, 0.4).x, at(0.67, 0.4).y, 0xc03020);
             break;
         case xpElement_AircraftCarrier:
@@ -386,8 +398,8 @@ void PaintElement(const Box& box, XPElementStyle style, bool lit) {
             // The lit check box is the checked one.
             if (style == xpElement_CheckBoxLit || lit) {
                 const Box m = Square(s, std::max(2.0, s.Width() / 5));
-                xpsim::PaintPolyline({{m.left, m.CentreY()}, {m.left + m.Width() * 0.4, m.bottom}, {m.right, m.top}}, false, 2,
-                                     xpsim::Colour(kMark), Blend::Opaque);
+                xpsim::PaintPolyline({{m.left, m.CentreY()}, {m.left + m.Width() * 0.4, m.bottom}, {m.right, m.top}},
+                                     false, 2, xpsim::Colour(kMark), Blend::Opaque);
             }
             break;
         }
@@ -477,7 +489,8 @@ void PaintTrack(const Box& box, int min, int max, int value, XPTrackStyle style,
         case xpTrack_ScrollBar: {
             Fill(box, kGroove);
             Outline(box, 0x3c4044);
-            const Box down = part(0, downButton), up = part(downButton + downPage + thumb + upPage, downButton + downPage + thumb + upPage + upButton);
+            const Box down = part(0, downButton), up = part(downButton + downPage + thumb + upPage,
+                                                            downButton + downPage + thumb + upPage + upButton);
             PaintButton(down, false);
             PaintButton(up, false);
             if (vertical) {
@@ -574,11 +587,12 @@ void XPGetTrackDefaultDimensions(XPTrackStyle inStyle, int* outWidth, int* outCa
 void XPGetTrackMetrics(int inX1, int inY1, int inX2, int inY2, int inMin, int inMax, int inValue,
                        XPTrackStyle inTrackStyle, int* outIsVertical, int* outDownBtnSize, int* outDownPageSize,
                        int* outThumbSize, int* outUpPageSize, int* outUpBtnSize) {
-    const int width = std::abs(inX2 - inX1);
-    const int height = std::abs(inY2 - inY1);
+    // In long long: the corners may be as far apart as int allows.
+    const long long width = std::min<long long>(std::llabs((long long)inX2 - inX1), INT_MAX);
+    const long long height = std::min<long long>(std::llabs((long long)inY2 - inY1), INT_MAX);
     const bool vertical = height > width;
-    const int length = vertical ? height : width;
-    const int thickness = vertical ? width : height;
+    const int length = int(vertical ? height : width);
+    const int thickness = int(vertical ? width : height);
     int button = 0, thumb = 0;
     if (inTrackStyle == xpTrack_ScrollBar) {
         button = std::min(thickness, length / 3);

@@ -77,8 +77,17 @@ bool Admit(size_t points) {
     return false;
 }
 
+// Coordinates are kept within reach of Cairo's fixed-point numbers: a point farther off the screen is
+// pulled in to this distance (a shape reaching that far is cut there).
+constexpr double kFarthest = 1e6;
+
 void Add(Item item) {
     if (!Admit(item.points.size())) return;
+    for (ScreenPoint& p : item.points) {
+        p.x = std::isfinite(p.x) ? std::fmin(kFarthest, std::fmax(-kFarthest, p.x)) : 0.0;
+        p.y = std::isfinite(p.y) ? std::fmin(kFarthest, std::fmax(-kFarthest, p.y)) : 0.0;
+    }
+    item.width = std::isfinite(item.width) ? std::fmin(64.0, item.width) : 1.0;
     screen().items.push_back(std::move(item));
 }
 

@@ -45,9 +45,10 @@ bool Near(uint32_t a, uint32_t b, int tolerance) {
 
 TEST(Screen, AScriptsWindowAndWidgetsReachTheScreenshotAndTheDrawLog) {
     SimFolder sim;
-    sim.writeScript("CV_Screen.py",
-                    TestScript("Screen", {"XPLMDisplay", "XPLMGraphics", "XPWidgets", "XPStandardWidgets"}, kScript, "",
-                               "XPDestroyWidget(self, self.dialog, 1)\nXPLMDestroyWindow(self, self.window)\n", kMethods));
+    sim.writeScript(
+        "CV_Screen.py",
+        TestScript("Screen", {"XPLMDisplay", "XPLMGraphics", "XPWidgets", "XPStandardWidgets"}, kScript, "",
+                   "XPDestroyWidget(self, self.dialog, 1)\nXPLMDestroyWindow(self, self.window)\n", kMethods));
     const std::string events = sim.writeEvents("0.10 screenshot shot.png\n0.10 draw-log draw.txt\n");
     const SimRun run = sim.run({"--frames", "3", "--events", events});
     ASSERT_EQ(run.exitCode, 0) << run.stderrText;

@@ -7,6 +7,8 @@
 #include <stdlib.h>
 
 #include <algorithm>
+#include <climits>
+#include <cmath>
 #include <cstring>
 #include <sstream>
 #include <string>
@@ -312,7 +314,9 @@ TEST_F(sim_Screen, TheStandardWidgetsDrawTheirLookFromTheirState) {
     xpsim::Click(210, 360);  // the field takes the keyboard, the caret at the end
     RunFrames(1);
     const Lines drawn = xpsim::DrawingThisFrame();
-    const auto at = [&](const std::string& line) { return std::find(drawn.begin(), drawn.end(), line) - drawn.begin(); };
+    const auto at = [&](const std::string& line) {
+        return std::find(drawn.begin(), drawn.end(), line) - drawn.begin();
+    };
     const Lines expected = {
         "window number=1 plugin=1 left=100 top=500 right=400 bottom=200",
         "widget number=1 class=xpWidgetClass_MainWindow left=100 top=500 right=400 bottom=200 "
@@ -366,6 +370,43 @@ TEST_F(sim_Screen, TheStandardWidgetsDrawTheirLookFromTheirState) {
     RunFrames(1);
     EXPECT_PIXEL(124, 436, 0xf2d67a);
     xpsim::MouseUp(150, 430);
+}
+
+TEST_F(sim_Screen, HostileGeometryAndNumbersDrawWithoutHarm) {
+    const int plugin = simtest::AddEnabledPlugin("/plugins/hostile.xpl", simtest::StartAsPlugin);
+    {
+        xpsim::PluginContext context(plugin);
+        XPWidgetID window = XPCreateWidget(INT_MIN, INT_MAX, INT_MAX, INT_MIN, 1, "far", 1, nullptr,
+                                           xpWidgetClass_MainWindow);
+        XPSetWidgetProperty(window, xpProperty_MainWindowHasCloseBoxes, 1);
+        for (XPWidgetClass widgetClass : {xpWidgetClass_Button, xpWidgetClass_TextField, xpWidgetClass_ScrollBar,
+                                          xpWidgetClass_Progress, xpWidgetClass_Caption}) {
+            XPWidgetID child = XPCreateWidget(INT_MIN, INT_MAX, INT_MAX, INT_MIN, 1, "far", 0, window, widgetClass);
+            XPSetWidgetProperty(child, xpProperty_ButtonType, xpRadioButton);
+            XPSetWidgetProperty(child, xpProperty_ScrollBarMin, INT_MIN);
+            XPSetWidgetProperty(child, xpProperty_ScrollBarMax, INT_MAX);
+        }
+    }
+    RunFrames(1);
+    EXPECT_EQ(xpsim::DrawingThisFrame().at(1).rfind("widget number=1 class=xpWidgetClass_MainWindow left=-2147483648 "
+                                                    "top=2147483647 right=2147483647 bottom=-2147483648",
+                                                    0),
+              0u);
+    const xpsim::DrawingScope drawing;
+    XPDrawTrack(INT_MIN, INT_MIN, INT_MAX, INT_MAX, INT_MIN, INT_MAX, INT_MAX, xpTrack_ScrollBar, 1);
+    XPDrawTrack(INT_MAX, INT_MIN, INT_MIN, INT_MAX, INT_MAX, INT_MIN, 0, xpTrack_Progress, 0);
+    XPDrawElement(INT_MIN, INT_MIN, INT_MAX, INT_MAX, xpElement_VORWithCompassRose, 1);
+    glLineWidth(1e30f);
+    glTranslatef(3e38f, -3e38f, 0.0f);
+    glBegin(GL_POLYGON);
+    glVertex2f(3e38f, 1.0f);
+    glVertex2f(NAN, 0.0f);
+    glVertex3f(INFINITY, 0.0f, 0.0f);
+    glVertex2d(-1e300, 1e300);
+    glVertex2i(INT_MIN, INT_MAX);
+    glEnd();
+    EXPECT_EQ(xpsim::ScreenPixel(512, 384) >> 24, 0u);  // the pixels are made, whatever they show
+    EXPECT_EQ(xpsim::DrawingThisFrame().back().rfind("gl mode=GL_POLYGON vertices=3 ", 0), 0u);
 }
 
 TEST_F(sim_Screen, TheScreenSizeAnswersEverywhereAndTheMouseMovesWithoutClicking) {
@@ -482,7 +523,8 @@ TEST(sim_ScreenProgram, APluginLinkingLibGlDrawsThroughXpsimIntoScreenshots) {
     ASSERT_NE(at, std::string::npos) << log;
     const std::string library = log.substr(at + 17, log.find('\n', at) - at - 17);
     EXPECT_EQ(RealPath(library), RealPath(XPLM_LIB)) << log;
-    const std::string ignored = "xpsim: OpenGL calls made while the sim is not drawing are ignored (the first: glBegin)\n";
+    const std::string ignored =
+        "xpsim: OpenGL calls made while the sim is not drawing are ignored (the first: glBegin)\n";
     EXPECT_NE(log.find(ignored), std::string::npos) << log;
     EXPECT_EQ(log.find(ignored), log.rfind(ignored));
     EXPECT_NE(log.find("xpsim: events line 3: cannot write " + dir.path() +
