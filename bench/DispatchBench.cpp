@@ -1,7 +1,9 @@
 // What a script pays for the plugin's relay, each beside a baseline measured in the same run:
 // - one flight loop dispatch (trampoline, record, tuple, call, result) against a bare PyObject_Call
 //   of the same bound method with the same arguments;
-// - one XPLMGetDataf call from Python against a trivial C function called the same way.
+// - one XPLMGetDataf call from Python against a trivial C function called the same way;
+// - one flight loop dispatch into the last of 100 and of 256 loaded scripts against the same with
+//   one script loaded (the cost must not grow with the number of scripts).
 #include <benchmark/benchmark.h>
 
 #include <Python.h>
@@ -10,6 +12,7 @@
 #include <filesystem>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "BindingModules.h"
 #include "CV_ScriptTable.h"
@@ -100,6 +103,21 @@ void BM_FlightLoopBaseline_PyObjectCall(benchmark::State& state) {
 }
 BENCHMARK(BM_FlightLoopBaseline_PyObjectCall);
 
+// The table filled to `scripts` entries (the bench script last), then one dispatch a round.
+void BM_FlightLoopDispatchAmongScripts(benchmark::State& state) {
+    static std::vector<PyObject*> others;
+    PyObject* script = PyObject_GetAttrString(gLoop, "__self__");
+    CVTestTable->ClearScriptTable();
+    while (static_cast<int>(others.size()) < state.range(0) - 1) others.push_back(PyLong_FromLong(others.size()));
+    for (int i = 0; i < state.range(0) - 1; ++i) CVTestTable->AddScriptId(others[i], "CV_Other", CV_StandardScript);
+    CVTestTable->AddScriptId(script, "CV_Bench", CV_StandardScript);
+    _CallbackList* entry = CVTestTable->AddCallback(nullptr, script, nullptr, gLoop, nullptr);
+    for (auto _ : state) benchmark::DoNotOptimize(CV_FlightLoopCallback(0.05f, 0.05f, 1, entry));
+    CVTestTable->DeleteCallback(nullptr, entry, -1);
+    Py_DECREF(script);
+}
+BENCHMARK(BM_FlightLoopDispatchAmongScripts)->Arg(1)->Arg(100)->Arg(256);
+
 // Calls f(arg) 1000 times from a Python loop; the reported time is per call.
 void CallFromPython(benchmark::State& state, PyObject* function) {
     const int kCalls = 1000;
@@ -145,10 +163,12 @@ int main(int argc, char** argv) {
     auto ratio = [&](const char* measured, const char* baseline) {
         auto m = reporter.times.find(measured), b = reporter.times.find(baseline);
         if (m == reporter.times.end() || b == reporter.times.end() || b->second <= 0) return;
-        printf("%-28s %.2fx  (%s / %s)\n", measured, m->second / b->second, measured, baseline);
+        printf("%-40s %.2fx  (%s / %s)\n", measured, m->second / b->second, measured, baseline);
     };
     printf("\nRatios of CPU time against the baselines measured in this run:\n");
     ratio("BM_FlightLoopDispatch", "BM_FlightLoopBaseline_PyObjectCall");
     ratio("BM_GetDatafFromPython", "BM_GetDatafBaseline_TrivialCFunction");
+    ratio("BM_FlightLoopDispatchAmongScripts/100", "BM_FlightLoopDispatchAmongScripts/1");
+    ratio("BM_FlightLoopDispatchAmongScripts/256", "BM_FlightLoopDispatchAmongScripts/1");
     return 0;
 }
