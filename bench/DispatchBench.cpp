@@ -118,10 +118,10 @@ void BM_FlightLoopDispatchAmongScripts(benchmark::State& state) {
 }
 BENCHMARK(BM_FlightLoopDispatchAmongScripts)->Arg(1)->Arg(100)->Arg(256);
 
-// Calls f(arg) 1000 times from a Python loop; the reported time is per call.
-void CallFromPython(benchmark::State& state, PyObject* function) {
+// Calls f(arg) 1000 times from a Python loop (arg: the dataref, or 1.5); the reported time is per call.
+void CallFromPython(benchmark::State& state, PyObject* function, PyObject* arg = nullptr) {
     const int kCalls = 1000;
-    PyObject* args = Py_BuildValue("(OOi)", function, gDataRef, kCalls);
+    PyObject* args = Py_BuildValue("(OOi)", function, arg ? arg : gDataRef, kCalls);
     for (auto _ : state) {
         PyObject* result = PyObject_Call(gCallMany, args, nullptr);
         if (result == nullptr) {
@@ -142,6 +142,15 @@ BENCHMARK(BM_GetDatafFromPython);
 
 void BM_GetDatafBaseline_TrivialCFunction(benchmark::State& state) { CallFromPython(state, gTrivial); }
 BENCHMARK(BM_GetDatafBaseline_TrivialCFunction);
+
+// abs(1.5): a one-argument builtin that returns a new float, the interpreter's own cheapest call.
+void BM_GetDatafBaseline_Abs(benchmark::State& state) {
+    PyObject* builtins = PyEval_GetBuiltins();
+    PyObject* number = PyFloat_FromDouble(1.5);
+    CallFromPython(state, PyDict_GetItemString(builtins, "abs"), number);
+    Py_DECREF(number);
+}
+BENCHMARK(BM_GetDatafBaseline_Abs);
 
 // Keeps each benchmark's time so that the ratios can be printed after the run.
 class RatioReporter : public benchmark::ConsoleReporter {
@@ -168,6 +177,7 @@ int main(int argc, char** argv) {
     printf("\nRatios of CPU time against the baselines measured in this run:\n");
     ratio("BM_FlightLoopDispatch", "BM_FlightLoopBaseline_PyObjectCall");
     ratio("BM_GetDatafFromPython", "BM_GetDatafBaseline_TrivialCFunction");
+    ratio("BM_GetDatafFromPython", "BM_GetDatafBaseline_Abs");
     ratio("BM_FlightLoopDispatchAmongScripts/100", "BM_FlightLoopDispatchAmongScripts/1");
     ratio("BM_FlightLoopDispatchAmongScripts/256", "BM_FlightLoopDispatchAmongScripts/1");
     return 0;
