@@ -102,6 +102,20 @@ void StartPython(int enableScripts) {
     setup += "\t\tpass\n";
     setup += "sys.stdout = StdoutCatcher()\n";
     setup += "sys.stderr = StderrCatcher()\n";
+    // os._exit and os.abort would end the simulator's process on the spot. In the simulator's own
+    // process they raise SystemExit instead, which is printed like any error and never obeyed; a
+    // process a script forked still ends as it asks.
+    setup += "import os, posix\n";
+    setup += "def _CV_Refuse(name, end):\n";
+    setup += "\tsimulator = os.getpid()\n";
+    setup += "\tdef refused(*args):\n";
+    setup += "\t\tif os.getpid() != simulator:\n";
+    setup += "\t\t\tend(*args)\n";
+    setup += "\t\traise SystemExit('%s(%s) refused: a script cannot end the simulator' % (name, ', '.join(map(repr, args))))\n";
+    setup += "\treturn refused\n";
+    setup += "os._exit = posix._exit = _CV_Refuse('os._exit', posix._exit)\n";
+    setup += "os.abort = posix.abort = _CV_Refuse('os.abort', posix.abort)\n";
+    setup += "del _CV_Refuse\n";
     PyRun_SimpleString(setup.c_str());
 
     CV_WriteToLog("Using path below for script path\n");

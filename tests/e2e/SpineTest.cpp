@@ -166,6 +166,14 @@ TEST(Spine, ScriptErrorsAndExitsNeverEndTheSimulator) {
                     "    def XPluginReceiveMessage(self, who, msg, param):\n        raise ValueError('message failed')\n"
                     "    def XPluginDisable(self):\n        sys.exit('leaving now')\n"
                     "    def XPluginStop(self):\n        raise SystemExit\n");
+    sim.writeScript("CV_Exits.py",
+                    "import os, posix\n"
+                    "class Corvelle:\n"
+                    "    def XPluginStart(self):\n        os._exit(4)\n"
+                    "    def XPluginEnable(self):\n        os.abort()\n"
+                    "    def XPluginStop(self):\n        posix._exit(0)\n"
+                    "    def XPluginReceiveMessage(self, who, msg, param):\n        pass\n"
+                    "    def XPluginDisable(self):\n        pass\n");
     sim.writeScript("CV_Zlast.py", LifecycleScript("last"));
     sim.writeEvents("0.5 message brindle.projects.corvelle 8001 1\n");
     SimRun run = sim.run({"--seconds", "1", "--events", sim.root() + "/events.txt"});
@@ -173,6 +181,11 @@ TEST(Spine, ScriptErrorsAndExitsNeverEndTheSimulator) {
     const std::string log = sim.log();
     EXPECT_TRUE(InOrder(log, {"KeyError: 'start failed'", "SystemExit: 3", "ValueError: message failed",
                               "SystemExit: leaving now", "SystemExit", "--- LOGGING STOPPED ---"}))
+        << log;
+    // os._exit and os.abort raise SystemExit in the simulator's process instead of ending it.
+    EXPECT_TRUE(InOrder(log, {"SystemExit: os._exit(4) refused: a script cannot end the simulator\n",
+                              "SystemExit: os.abort() refused: a script cannot end the simulator\n",
+                              "SystemExit: os._exit(0) refused: a script cannot end the simulator\n"}))
         << log;
     // The next script is called at every step.
     EXPECT_EQ(sim.output(), "last start\nlast enable\n" + StartMessages("last") +
