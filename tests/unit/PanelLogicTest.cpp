@@ -156,6 +156,106 @@ TEST(ListBoxScrolling, ClicksOnTheBarAndThumbDrags) {
     EXPECT_EQ(CV_ListBoxThumbPosition(0, 40, 20, 0, 7, 0, 30, 10, 20, 10), 7);
 }
 
+namespace {
+
+int Prop(XPWidgetID widget, XPWidgetPropertyID property) { return int(XPGetWidgetProperty(widget, property, nullptr)); }
+
+void Mouse(XPWidgetID widget, XPWidgetMessage message, int x, int y) {
+    XPMouseState_t state = {x, y, 0, 0};
+    XPSendMessageToWidget(widget, message, xpMode_Direct, reinterpret_cast<intptr_t>(&state), 0);
+}
+
+void Click(XPWidgetID widget, int x, int y) {
+    Mouse(widget, xpMsg_MouseDown, x, y);
+    Mouse(widget, xpMsg_MouseUp, x, y);
+}
+
+void Command(XPWidgetID box, XPWidgetPropertyID command, const char* text = nullptr) {
+    if (text) XPSetWidgetDescriptor(box, text);
+    XPSetWidgetProperty(box, command, 1);
+}
+
+std::vector<std::pair<intptr_t, intptr_t>> gSelections;
+
+int RecordSelections(XPWidgetMessage message, XPWidgetID, intptr_t param1, intptr_t param2) {
+    if (message != xpMsg_ListBoxSelectionMade) return 0;
+    gSelections.emplace_back(param1, param2);
+    return 1;
+}
+
+}  // namespace
+
+TEST(ListBoxWidget, CommandsSelectionAndScrollBar) {
+    XPWidgetID root = XPCreateWidget(0, 300, 400, 0, 1, "", 1, nullptr, xpWidgetClass_MainWindow);
+    XPAddWidgetCallback(root, RecordSelections);
+    // 120 pixels high: 10 lines; the scroll bar is x 190 to 210.
+    XPWidgetID box = CV_CreateListBox(10, 250, 210, 130, 1, "a;b;c", root);
+    const auto* data = reinterpret_cast<const CV_ListBoxData_t*>(XPGetWidgetProperty(box, xpProperty_ListBoxData, nullptr));
+    ASSERT_NE(data, nullptr);
+    EXPECT_EQ(data->items, (std::vector<std::string>{"a", "b", "c"}));
+    EXPECT_EQ(data->itemRight[0], 180);
+    EXPECT_EQ(Prop(box, xpProperty_ListBoxVisibleLines), 10);
+    EXPECT_EQ(Prop(box, xpProperty_ListBoxPageAmount), 10);
+    EXPECT_EQ(Prop(box, xpProperty_ListBoxScrollPosition), 3);
+    EXPECT_EQ(Prop(box, xpProperty_ListBoxScrollMax), 3);
+
+    for (int i = 0; i < 12; ++i) Command(box, xpProperty_ListBoxAddItem, ("item " + std::to_string(i)).c_str());
+    EXPECT_EQ(Prop(box, xpProperty_ListBoxAddItem), 0);  // commands reset themselves
+    EXPECT_EQ(Prop(box, xpProperty_ListBoxScrollPosition), 15);
+    EXPECT_EQ(Prop(box, xpProperty_ListBoxScrollMax), 15);
+
+    // The fourth row; the release tells the parents and leaves the item's text in the descriptor.
+    Click(box, 20, 209);
+    EXPECT_EQ(Prop(box, xpProperty_ListBoxSelection), 3);
+    ASSERT_EQ(gSelections.size(), 1u);
+    EXPECT_EQ(gSelections[0], std::make_pair(reinterpret_cast<intptr_t>(box), intptr_t(3)));
+    EXPECT_EQ(CV_GetDescriptor(box, 100), "item 0");
+
+    // The up button at the maximum changes nothing, the down button scrolls by one.
+    Click(box, 200, 245);
+    EXPECT_EQ(Prop(box, xpProperty_ListBoxScrollPosition), 15);
+    Click(box, 200, 135);
+    EXPECT_EQ(Prop(box, xpProperty_ListBoxScrollPosition), 14);
+    Click(box, 20, 245);
+    EXPECT_EQ(Prop(box, xpProperty_ListBoxSelection), 1);
+    EXPECT_EQ(gSelections.size(), 2u);  // bar clicks send nothing
+
+    // The thumb (206 to 226 at position 14), held 4 pixels above its centre and dragged down by 30:
+    // its centre at 186 is 26 of the 60 pixels it travels, 6.5 of 15, rounded to 7.
+    Mouse(box, xpMsg_MouseDown, 200, 220);
+    EXPECT_EQ(Prop(box, xpProperty_ListBoxThumbDragging), 1);
+    Mouse(box, xpMsg_MouseDrag, 200, 190);
+    EXPECT_EQ(Prop(box, xpProperty_ListBoxScrollPosition), 7);
+    Mouse(box, xpMsg_MouseDrag, 300, 100);  // off the bar: not followed
+    EXPECT_EQ(Prop(box, xpProperty_ListBoxScrollPosition), 7);
+    Mouse(box, xpMsg_MouseUp, 200, 190);
+    EXPECT_EQ(Prop(box, xpProperty_ListBoxThumbDragging), 0);
+
+    // Refill, insert before the selection, delete it, clear.
+    Command(box, xpProperty_ListBoxRefill, "x;y");
+    EXPECT_EQ(data->items, (std::vector<std::string>{"x", "y"}));
+    EXPECT_EQ(Prop(box, xpProperty_ListBoxScrollMax), 2);
+    Command(box, xpProperty_ListBoxInsertItem, "w");
+    EXPECT_EQ(data->items, (std::vector<std::string>{"x", "w", "y"}));
+    EXPECT_EQ(Prop(box, xpProperty_ListBoxScrollMax), 2);  // the range is left as it was
+    XPSetWidgetProperty(box, xpProperty_ListBoxSelection, 2);
+    Command(box, xpProperty_ListBoxDeleteItem);
+    EXPECT_EQ(data->items, (std::vector<std::string>{"x", "w"}));
+    XPSetWidgetProperty(box, xpProperty_ListBoxSelection, 7);
+    Command(box, xpProperty_ListBoxDeleteItem);  // no such item
+    EXPECT_EQ(data->items.size(), 2u);
+    Command(box, xpProperty_ListBoxClear);
+    EXPECT_TRUE(data->items.empty());
+    EXPECT_EQ(Prop(box, xpProperty_ListBoxSelection), 0);
+    EXPECT_EQ(Prop(box, xpProperty_ListBoxScrollPosition), 0);
+    // A release on an empty list sends nothing.
+    Click(box, 20, 245);
+    EXPECT_EQ(gSelections.size(), 2u);
+
+    XPDestroyWidget(root, 1);
+    gSelections.clear();
+}
+
 TEST(PopupMenuLayout, ItemsColumnsAndPlacement) {
     int start = -1, length = -1;
     CV_PopupCurrentItem("a;bb;ccc", 1, start, length);
