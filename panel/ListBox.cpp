@@ -71,12 +71,12 @@ void Draw(XPWidgetID widget, const CV_ListBoxData_t* data, int left, int top, in
     XPLMSetGraphicsState(0, 0, 0, 0, 0, 0, 0);
 
     const int count = Count(data);
-    const int first = maximum - position;
+    const long long first = static_cast<long long>(maximum) - position;
     const size_t characters = static_cast<size_t>(std::max(0, listRight - left) / CharacterWidth());
-    for (int row = 0; row < lines; ++row) {
-        const long long index = static_cast<long long>(first) + row;
-        if (index < 0 || index >= count) continue;
-        const int y = top - CV_ListBoxLineHeight * row;
+    // Only rows that show an item are visited, whatever the properties say.
+    for (long long row = std::max(0LL, -first); row < lines && first + row < count; ++row) {
+        const long long index = first + row;
+        const int y = static_cast<int>(top - static_cast<long long>(CV_ListBoxLineHeight) * row);
         if (index == selection) {
             SetAlphaLevels(0.25f);
             XPLMSetGraphicsState(0, 0, 0, 0, 1, 0, 0);

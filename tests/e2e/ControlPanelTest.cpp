@@ -73,8 +73,12 @@ std::vector<std::string> PrintList(const std::string& record) {
 std::vector<std::string> PopupButton(const std::string& record) {
     return Texts(record, [](const Drawn& d) { return d.x == 579 && d.font == "xplmFont_Basic"; });
 }
-std::vector<std::string> MenuItems(const std::string& record) {
-    return Texts(record, [](const Drawn& d) { return d.font == "xplmFont_Menus"; });
+// A menu opened from the chooser at its place (575, 155) draws its items 18 pixels into each column
+// of `columnWidth` pixels.
+std::vector<std::string> MenuItems(const std::string& record, int columnWidth) {
+    return Texts(record, [columnWidth](const Drawn& d) {
+        return d.font == "xplmFont_Menus" && d.x >= 593 && (d.x - 593) % columnWidth == 0;
+    });
 }
 
 using Texts_ = std::vector<std::string>;
@@ -220,10 +224,10 @@ TEST(ControlPanel, ThePopupChoosesTheScriptThatScriptInfoDescribes) {
                                  "draw-log closed.txt", kClear, kScriptInfo, "draw-log info2.txt"});
     ASSERT_EQ(run.exitCode, 0) << run.stderrText;
     const std::string menu = sim.read("menu.txt");
-    EXPECT_EQ(MenuItems(menu), (Texts_{"CV_A", "CV_B", "CV_C"}));
+    EXPECT_EQ(MenuItems(menu, 63), (Texts_{"CV_A", "CV_B", "CV_C"}));
     EXPECT_NE(menu.find("string x=593 y=121 rgb=0.000,0.000,0.000 font=xplmFont_Menus \"CV_C\""), std::string::npos)
         << menu;
-    EXPECT_EQ(MenuItems(sim.read("picked.txt")), Texts_{});
+    EXPECT_EQ(MenuItems(sim.read("picked.txt"), 63), Texts_{});
     EXPECT_EQ(PopupButton(sim.read("picked.txt")), (Texts_{"CV_C"}));
     const Texts_ info = PrintList(sim.read("info.txt"));
     ASSERT_EQ(info.size(), 6u);
@@ -232,7 +236,7 @@ TEST(ControlPanel, ThePopupChoosesTheScriptThatScriptInfoDescribes) {
     EXPECT_NE(sim.read("again.txt").find("string x=593 y=169 rgb=0.000,0.000,0.000 font=xplmFont_Menus \"CV_A\""),
               std::string::npos)
         << sim.read("again.txt");
-    EXPECT_EQ(MenuItems(sim.read("closed.txt")), Texts_{});
+    EXPECT_EQ(MenuItems(sim.read("closed.txt"), 63), Texts_{});
     EXPECT_EQ(PopupButton(sim.read("closed.txt")), (Texts_{"CV_C"}));
     EXPECT_EQ(PrintList(sim.read("info2.txt"))[2], "Name :- Script C");
 }
@@ -387,7 +391,7 @@ TEST(ControlPanel, ThePopupOpensInColumnsForTheMostScriptsThereCanBe) {
                                  "draw-log info.txt"});
     ASSERT_EQ(run.exitCode, 0) << run.stderrText;
     const std::string menu = sim.read("menu.txt");
-    EXPECT_EQ(MenuItems(menu).size(), 256u);
+    EXPECT_EQ(MenuItems(menu, 77).size(), 256u);
     EXPECT_NE(menu.find("string x=593 y=720 rgb=0.000,0.000,0.000 font=xplmFont_Menus \"CV_000\""), std::string::npos);
     EXPECT_NE(menu.find("string x=901 y=540 rgb=0.000,0.000,0.000 font=xplmFont_Menus \"CV_255\""), std::string::npos);
     const Texts_ info = PrintList(sim.read("info.txt"));
