@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <set>
 
+#include "world/Aircraft.h"
 #include "world/Commands.h"
 #include "world/DataRefs.h"
 #include "world/Drawing.h"
@@ -242,9 +243,12 @@ int RunSimulation(const Options& options, std::ostream& err) {
     std::snprintf(rate, sizeof rate, "%g", FrameRate());
     Note("system path " + SystemPath() + ", " + rate + " simulated frames per second");
     LoadStandardDataRefs();
+    StartAircraft();
 
     drawLogs() = DrawLogs();
     StartPlugins(options.plugins);
+    // Once the plugins are enabled, the sim loads the user's aircraft and places it.
+    SendStartMessages();
     const int frames = FramesToRun(options);
     std::vector<bool> applied(events.size(), false);
     for (int frame = 1; frame <= frames; ++frame) {
@@ -255,6 +259,7 @@ int RunSimulation(const Options& options, std::ostream& err) {
             applied[i] = true;
             ApplyEvent(events[i]);
         }
+        UpdateReferencePoint();
         RunFrameCallbacks();
         WriteDrawLogs();
         if (ReloadRequested()) {

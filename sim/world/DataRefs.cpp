@@ -11,6 +11,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "world/Aircraft.h"
 #include "world/Plugins.h"
 #include "world/World.h"
 
@@ -301,6 +302,11 @@ int LoadStandardDataRefs() {
     r.paused = ensure(kPaused, xplmType_Int, false);
     r.frameRatePeriodMisc = FindDataRefRecord(kFrameRatePeriodMisc);
     UpdateTimeDataRefs();
+    // So does the user's position, coupled to the local frame.
+    int count = 0;
+    const AircraftDataRefSpec* specs = AircraftDataRefSpecs(count);
+    for (int i = 0; i < count; ++i) ensure(specs[i].name, specs[i].type, specs[i].writable);
+    AttachAircraftDataRefs();
     return DataRefCount();
 }
 
@@ -482,6 +488,7 @@ void WriteFloat(DataRefRecord& ref, float value, const char* function, bool asSi
         return;
     }
     ref.floatValue = value;
+    AircraftDataRefWritten(ref, value);
     NotifySharers(ref);
 }
 
@@ -495,6 +502,7 @@ void WriteDouble(DataRefRecord& ref, double value, const char* function, bool as
         return;
     }
     ref.doubleValue = value;
+    AircraftDataRefWritten(ref, value);
     NotifySharers(ref);
 }
 

@@ -527,6 +527,14 @@ XPLMNavRef LastNavAidOfType(XPLMNavType type) {
     return XPLM_NAV_NOT_FOUND;
 }
 
+XPLMNavRef FindAirportById(const std::string& code) {
+    const std::string wanted = Lower(code);
+    const std::vector<Navaid>& navaids = Current().navaids;
+    for (size_t i = 0; i < navaids.size() && navaids[i].type == xplm_Nav_Airport; ++i)
+        if (Lower(navaids[i].id) == wanted) return XPLMNavRef(i);
+    return XPLM_NAV_NOT_FOUND;
+}
+
 XPLMNavRef FindNavAid(const char* nameFragment, const char* idFragment, const float* latitude,
                       const float* longitude, const int* frequency, XPLMNavType types) {
     const std::vector<Navaid>& navaids = Current().navaids;

@@ -71,6 +71,8 @@ XPLMNavRef FirstNavAid();
 XPLMNavRef NextNavAid(XPLMNavRef ref);
 XPLMNavRef FirstNavAidOfType(XPLMNavType type);
 XPLMNavRef LastNavAidOfType(XPLMNavType type);
+// The airport whose ID is `code` (ignoring case), or XPLM_NAV_NOT_FOUND.
+XPLMNavRef FindAirportById(const std::string& code);
 XPLMNavRef FindNavAid(const char* nameFragment, const char* idFragment, const float* latitude,
                       const float* longitude, const int* frequency, XPLMNavType types);
 void GetNavAidInfo(XPLMNavRef ref, XPLMNavType* type, float* latitude, float* longitude, float* height,

@@ -6,6 +6,7 @@
 #include <memory>
 #include <set>
 
+#include "world/Aircraft.h"
 #include "world/World.h"
 
 namespace xpsim {
@@ -100,8 +101,12 @@ void DisablePlugin(int id) {
     if (plugin == nullptr || !plugin->enabled) return;
     // Marked disabled first, so that nothing reaches it from inside its own XPluginDisable.
     plugin->enabled = false;
-    PluginContext context(id);
-    if (plugin->entry.disable) plugin->entry.disable();
+    {
+        PluginContext context(id);
+        if (plugin->entry.disable) plugin->entry.disable();
+    }
+    // A disabled plugin loses the other aircraft it held, and stops waiting for them.
+    ForgetPlanesOf(id);
 }
 
 void StopPlugin(int id) {
@@ -113,6 +118,7 @@ void StopPlugin(int id) {
 }
 
 void* RemovePlugin(int id) {
+    ForgetPlanesOf(id);
     ForgetPlugin(id);
     auto& plugins = table().plugins;
     auto found = std::find_if(plugins.begin(), plugins.end(),

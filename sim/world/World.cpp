@@ -13,9 +13,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <map>
-#include <set>
 #include <vector>
 
+#include "world/Aircraft.h"
 #include "world/Camera.h"
 #include "world/Commands.h"
 #include "world/DataRefs.h"
@@ -52,7 +52,6 @@ struct WorldState {
     int callDepth = 0;
     bool inErrorCallback = false;
     std::map<int, void (*)(const char*)> errorCallbacks;
-    std::set<std::string> notSimulatedReported;
 };
 
 WorldState& state() {
@@ -211,7 +210,6 @@ std::string LogPath() { return SystemPath() + "Log.txt"; }
 
 void StartLog() {
     WorldState& s = state();
-    s.notSimulatedReported.clear();
     FILE* file = std::fopen(LogPath().c_str(), "wb");
     if (file == nullptr) {
         std::fprintf(stderr, "xpsim: cannot create %s: %s\n", LogPath().c_str(), std::strerror(errno));
@@ -252,11 +250,6 @@ void ReportMisuse(const char* function, const std::string& what) {
         found->second(message.c_str());
     }
     s.inErrorCallback = false;
-}
-
-void NotYetSimulated(const char* function) {
-    if (state().notSimulatedReported.insert(function).second)
-        Note(std::string(function) + " is not yet simulated");
 }
 
 void SetErrorCallback(int plugin, void (*callback)(const char*)) {
@@ -336,6 +329,7 @@ void ResetWorld() {
     ResetPlugins();
     ResetDataRefs();
     ResetPosition();
+    ResetAircraft();
     ClearDrawing();
     ResetGraphics();
     WorldState& s = state();
@@ -349,7 +343,6 @@ void ResetWorld() {
     s.callDepth = 0;
     s.inErrorCallback = false;
     s.errorCallbacks.clear();
-    s.notSimulatedReported.clear();
 }
 
 void ForgetPlugin(int plugin) {

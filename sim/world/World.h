@@ -61,8 +61,6 @@ XPSIM_API void Note(const std::string& text);
 // A plugin misused the SDK: logs "xpsim: FUNCTION: WHAT" and tells the calling plugin's error
 // callback "FUNCTION: WHAT" when it has one.
 void ReportMisuse(const char* function, const std::string& what);
-// Logs "xpsim: FUNCTION is not yet simulated" the first time FUNCTION is called in a run.
-void NotYetSimulated(const char* function);
 // Sets the calling plugin's error callback (XPLMSetErrorCallback); null removes it.
 void SetErrorCallback(int plugin, void (*callback)(const char*));
 

@@ -61,7 +61,11 @@ TEST(ScriptMessaging, FindSwitchAndMessageOtherScripts) {
               "disable 1 1 0\n"
               "while disabled 1\n"
               "enable 0 1 1\n"
-              "not a script 0 0\n");
+              "not a script 0 0\n"
+              // The sim's start-up messages, once every plugin is enabled.
+              "sender got 102 0 False\nreceiver got 102 0 True\n"
+              "sender got 103 0 False\nreceiver got 103 0 True\n"
+              "sender got 104 0 False\nreceiver got 104 0 True\n");
     const std::string log = sim.log();
     // The receiver's failure is printed; the mute script's missing method is logged for each delivery.
     EXPECT_TRUE(InOrder(log, {"RuntimeError: receiver failed", "Cannot find method XPluginReceiveMessage\n",
@@ -135,5 +139,6 @@ TEST(ScriptMessaging, MessagesSentWhileScriptsStopNeverReachAStoppedScript) {
     SimRun run = sim.run({"--frames", "2"});
     ASSERT_EQ(run.exitCode, 0) << run.stderrText;
     // The first script has stopped (and may be gone): the broadcast reaches only the sender.
-    EXPECT_EQ(sim.output(), "first stopped\nlast got 99\ngoodbye 1\nfirst enabled 0\ndirect 1\n");
+    EXPECT_EQ(sim.output(), "first got 102\nlast got 102\nfirst got 103\nlast got 103\nfirst got 104\nlast got 104\n"
+                            "first stopped\nlast got 99\ngoodbye 1\nfirst enabled 0\ndirect 1\n");
 }

@@ -62,7 +62,8 @@ std::string EntryPointScript(const std::string& header, const std::string& name,
 // The source of a test script. It imports every module named (from M import *) and XPLMProcessing,
 // and defines a class Corvelle whose XPluginStart runs `start`, whose first flight loop (the first
 // frame, when every plugin has been started and enabled) runs `later` once, and whose XPluginStop
-// runs `stop`; XPluginReceiveMessage prints "received FROM MESSAGE PARAM". `methods` is further
+// runs `stop`; XPluginReceiveMessage prints "received FROM MESSAGE PARAM" (except the sim's load
+// messages 102 to 104, which every run sends at the start). `methods` is further
 // class-level code. Every piece is written without indentation; the helper indents it.
 std::string TestScript(const std::string& name, const std::vector<std::string>& modules, const std::string& start,
                        const std::string& later, const std::string& stop = "", const std::string& methods = "");

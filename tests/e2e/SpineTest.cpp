@@ -26,6 +26,12 @@ std::string LifecycleScript(const std::string& tag) {
            "        print('" + tag + " message %d %d %d' % (who, msg, param))\n";
 }
 
+// What a lifecycle script prints for the sim's start-up messages (the aircraft, airport and scenery
+// loaded), which arrive once every plugin is enabled.
+std::string StartMessages(const std::string& tag) {
+    return tag + " message 0 102 0\n" + tag + " message 0 103 0\n" + tag + " message 0 104 0\n";
+}
+
 // Compiles a script into a sourceless .pyc in the scripts folder with the system interpreter.
 void Compile(const SimFolder& sim, const std::string& source, const std::string& pycName) {
     sim.writeFile("src/module.py", source);
@@ -43,7 +49,8 @@ TEST(Spine, LifecycleLogHeaderAndOutputInOrder) {
     SimRun run = sim.run({"--seconds", "2", "--events", sim.root() + "/events.txt"});
     ASSERT_EQ(run.exitCode, 0) << run.stderrText;
 
-    EXPECT_EQ(sim.output(), "life start\nlife enable\nlife message 0 8000 7\nlife disable\nlife stop\n");
+    EXPECT_EQ(sim.output(), "life start\nlife enable\n" + StartMessages("life") +
+                                "life message 0 8000 7\nlife disable\nlife stop\n");
     const std::string log = sim.log();
     EXPECT_TRUE(InOrder(log, {"+++ LOGGING STARTED +++\n",
                               "Corvelle 2.67.07 (SDK 2.10) ",
@@ -75,7 +82,7 @@ TEST(Spine, SdkLevelShowsInTheHeaderOnly) {
         ASSERT_EQ(run.exitCode, 0) << run.stderrText;
         EXPECT_NE(sim.log().find("Corvelle 2.67.07 (SDK " + level + ") "), std::string::npos) << sim.log();
         EXPECT_NE(sim.simLog().find("CorvelleVersionNumber = 2.67.07\n"), std::string::npos);
-        EXPECT_EQ(sim.output(), "life start\nlife enable\nlife disable\nlife stop\n");
+        EXPECT_EQ(sim.output(), "life start\nlife enable\n" + StartMessages("life") + "life disable\nlife stop\n");
     }
 }
 
@@ -133,7 +140,7 @@ TEST(Spine, LoadFailuresAreLoggedAndTheOthersLoad) {
                               "Script 'CV_5good.py' successfully loaded.\n"}))
         << log;
     EXPECT_EQ(CountOf(log, "successfully loaded."), 1u);
-    EXPECT_EQ(sim.output(), "good start\ngood enable\ngood disable\ngood stop\n");
+    EXPECT_EQ(sim.output(), "good start\ngood enable\n" + StartMessages("good") + "good disable\ngood stop\n");
 }
 
 TEST(Spine, BadStartResultKeepsTheScriptUnnamed) {
@@ -168,7 +175,8 @@ TEST(Spine, ScriptErrorsAndExitsNeverEndTheSimulator) {
                               "SystemExit: leaving now", "SystemExit", "--- LOGGING STOPPED ---"}))
         << log;
     // The next script is called at every step.
-    EXPECT_EQ(sim.output(), "last start\nlast enable\nlast message 0 8001 1\nlast disable\nlast stop\n");
+    EXPECT_EQ(sim.output(), "last start\nlast enable\n" + StartMessages("last") +
+                                "last message 0 8001 1\nlast disable\nlast stop\n");
 }
 
 TEST(Spine, MissingScriptsFolderIsReportedOnTheDebugOutput) {

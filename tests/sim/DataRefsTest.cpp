@@ -44,8 +44,8 @@ void RecordError(const char* message) {
 }  // namespace
 
 TEST_F(sim_DataRefs, LoadsTypesSizesAndWritabilityAndReportsBadLines) {
-    // Seven from the file plus the four time datarefs xpsim always drives.
-    EXPECT_EQ(count_, 11);
+    // Seven from the file plus the four time and eight position datarefs xpsim always drives.
+    EXPECT_EQ(count_, 19);
     const std::string log = LogText();
     EXPECT_NE(log.find("xpsim: DataRefs.txt line 10: unknown type 'quad'\n"), std::string::npos);
     EXPECT_NE(log.find("xpsim: DataRefs.txt line 11: test/int is listed twice; the first entry is kept\n"),

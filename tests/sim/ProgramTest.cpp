@@ -59,10 +59,21 @@ TEST(sim_Program, PreparesTheFolderWritesTheLogAndPlacesTheLibraryByLevel) {
         EXPECT_TRUE(simtest::Exists(root + part)) << part;
     EXPECT_EQ(RealPath(root + "/Resources/plugins/XPLM_64.so"), RealPath(XPLM_LIB));
     const std::string system = RealPath(root) + "/";
+    const std::string apt = "Resources/default scenery/default apt dat/Earth nav data/apt.dat";
     EXPECT_EQ(ReadFile(root + "/Log.txt"),
               "xpsim: headless X-Plane 10.41, SDK 2.10\n"
               "xpsim: system path " + system + ", 20 simulated frames per second\n"
               "xpsim: no " + system + "Resources/plugins/DataRefs.txt; only the datarefs xpsim drives itself exist\n"
+              "xpsim: navigation data: no " + system + apt + "\n"
+              "xpsim: navigation data: 0 airports from " + system + apt + "\n"
+              "xpsim: navigation data: no " + system + "Resources/default data/earth_nav.dat\n"
+              "xpsim: navigation data: 0 navaids from " + system + "Resources/default data/earth_nav.dat\n"
+              "xpsim: navigation data: no " + system + "Resources/default data/earth_fix.dat\n"
+              "xpsim: navigation data: 0 fixes from " + system + "Resources/default data/earth_fix.dat\n"
+              "xpsim: the user's aircraft is at xpsim's default position: 47.449889, -122.311778, elevation 131.98 m\n"
+              "xpsim: the sim sends XPLM_MSG_PLANE_LOADED 0\n"
+              "xpsim: the sim sends XPLM_MSG_AIRPORT_LOADED\n"
+              "xpsim: the sim sends XPLM_MSG_SCENERY_LOADED\n"
               "xpsim: run complete: 2 frames, 0.10 s\n");
 
     // At 1.02 nothing lies where a plugin looks for the library, and the log is started afresh.
@@ -119,6 +130,10 @@ TEST(sim_Program, APluginLivesThroughFramesEventsAndAReload) {
         "probe: XPLMCreateCommand found, XPLMCreateFlightLoop found\n"
         "probe: enable\n";
     EXPECT_EQ(run.out, start +
+                           // The sim loads the aircraft once at the start; a reload does not load it again.
+                           "probe: message 102 from 0 with 0\n"
+                           "probe: message 103 from 0 with 0\n"
+                           "probe: message 104 from 0 with 0\n"
                            "probe: menu Hello in plugin 1 with menu refcon probe-menu\n"
                            "probe: message 8000 from 0 with 7\n"
                            "probe: loop 1 at 1.00 (since last call 1.00, counter 20)\n"
@@ -219,7 +234,7 @@ TEST(sim_Program, TheEventsClickAndTypeIntoAPluginsWidgets) {
     const auto run = RunXpsim({"run", "--root", dir + "/root", "--plugin", plugin, "--seconds", "1", "--events",
                                dir + "/events.txt"});
     ASSERT_EQ(run.status, 0) << run.err;
-    EXPECT_NE(run.out.find("probe: enable\n"
+    EXPECT_NE(run.out.find("probe: message 104 from 0 with 0\n"
                            "probe: button pressed with text 'Hi there,#1' in plugin 1\n"
                            "probe: button pressed with text 'Hi there,#1p' in plugin 1\n"
                            "probe: loop 1 at 1.00 (since last call 1.00, counter 20)\n"),

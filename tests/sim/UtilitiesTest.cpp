@@ -96,7 +96,7 @@ TEST_F(sim_Utilities, PathsAndTheUsersAircraftLookLikeTheSimulators) {
     EXPECT_STREQ(file, "Cessna_172SP.acf");
     EXPECT_EQ(std::string(path), system + "Aircraft/General Aviation/Cessna 172SP/Cessna_172SP.acf");
     EXPECT_TRUE(simtest::Exists(path));
-    XPLMGetNthAircraftModel(1, file, path);
+    XPLMGetNthAircraftModel(20, file, path);  // there are 20 aircraft
     EXPECT_STREQ(file, "");
     EXPECT_STREQ(path, "");
 
