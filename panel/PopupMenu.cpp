@@ -4,9 +4,7 @@
 #include <GL/gl.h>
 
 #include <algorithm>
-#include <cstring>
 
-#include "CV_ScriptTable.h"
 #include "ListBox.h"
 #include "PanelColours.h"
 #include "PanelState.h"

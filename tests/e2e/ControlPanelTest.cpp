@@ -83,7 +83,8 @@ std::vector<std::string> MenuItems(const std::string& record, int columnWidth) {
 
 using Texts_ = std::vector<std::string>;
 
-// A script that prints every entry point it gets, with whether the table has it enabled then.
+// A script that prints every entry point it gets but messages, with whether the table has it enabled
+// then.
 std::string Talker(const std::string& n, const std::string& start = "") {
     return "from PythonScriptMessaging import *\n"
            "from BrindleUtilities import *\n"
@@ -98,7 +99,9 @@ std::string Talker(const std::string& n, const std::string& start = "") {
            "    def XPluginDisable(self):\n"
            "        print('disable " + n + " %d' % CV_IsScriptEnabled(self))\n" +
            "    def XPluginStop(self):\n"
-           "        print('stop " + n + "')\n";
+           "        print('stop " + n + "')\n"
+           "    def XPluginReceiveMessage(self, fromWho, message, param):\n"
+           "        pass\n";
 }
 
 // Events, one a line, each at its own time from 0.1 s on, 0.05 s apart.
