@@ -5,6 +5,7 @@
 
 #include "world/Keys.h"
 #include "world/Scheduler.h"
+#include "world/Screen.h"
 #include "world/Windows.h"
 #include "world/World.h"
 
@@ -51,8 +52,8 @@ int XPLMUnregisterDrawCallback(XPLMDrawCallback_f inCallback, XPLMDrawingPhase i
 }
 
 void XPLMGetScreenSize(int* outWidth, int* outHeight) {
-    if (outWidth) *outWidth = xpsim::kScreenWidth;
-    if (outHeight) *outHeight = xpsim::kScreenHeight;
+    if (outWidth) *outWidth = xpsim::ScreenWidth();
+    if (outHeight) *outHeight = xpsim::ScreenHeight();
 }
 
 void XPLMGetMouseLocation(int* outX, int* outY) {

@@ -5,13 +5,22 @@
 // standard widget see the same messages the simulator's widgets send. A widget gets its class's
 // properties when it is created (or when a class function is added to it), without messages.
 //
-// The headless parts: nothing is drawn (xpMsg_Draw is handled, so children are painted), and the
-// standard widgets use fixed metrics: a main window's title bar is its top 20 pixels and its close
-// boxes the 16-pixel squares 4 pixels in from its top corners; a text field has no font, so a click
-// puts the caret at the end of the text; a scroll bar is laid out by XPGetTrackMetrics.
+// xpMsg_Draw draws the class's look from the widget's state (then the widget library paints the
+// children): a `widget` line in the frame's drawing record naming the class and the state a person
+// sees, the SDK's art through XPDrawWindow, XPDrawElement and XPDrawTrack (their own `ui-...` lines),
+// and the widget's text as `string` lines, all painted on the screen in the 2-d phases:
+//
+//   widget number=3 class=xpWidgetClass_Button left=20 top=60 right=100 bottom=40 type=xpPushButton
+//       behavior=xpButtonBehaviorPushButton state=0 hilited=0 enabled=1 "OK"      (one line)
+//
+// The standard widgets use fixed metrics: a main window's title bar is its top 20 pixels and its
+// close boxes the 16-pixel squares 4 pixels in from its top corners; a text field's text starts 3
+// pixels in, and a click puts the caret at the end of the text; a scroll bar is laid out by
+// XPGetTrackMetrics.
 #include "XPStandardWidgets.h"
 
 #include <algorithm>
+#include <climits>
 #include <initializer_list>
 #include <string>
 #include <utility>
@@ -20,6 +29,9 @@
 #include "XPUIGraphics.h"
 #include "XPWidgetUtils.h"
 #include "XPWidgets.h"
+#include "world/Drawing.h"
+#include "world/Graphics.h"
+#include "world/Screen.h"
 #include "world/Widgets.h"
 
 namespace {
@@ -54,6 +66,64 @@ bool Enabled(XPWidgetID id) {
     return exists == 0 || value != 0;
 }
 
+// ------------------------------------------------------------------ the look
+
+constexpr int kTextInset = 3;
+const float kBlack[3] = {0.0f, 0.0f, 0.0f};
+const float kWhite[3] = {1.0f, 1.0f, 1.0f};
+const float kGreyed[3] = {0.42f, 0.42f, 0.42f};
+
+const char* Named(intptr_t value, std::initializer_list<std::pair<intptr_t, const char*>> names) {
+    for (const auto& entry : names) {
+        if (entry.first == value) return entry.second;
+    }
+    return nullptr;
+}
+
+// A property's value by its SDK name, or as a number when it has none.
+std::string NameOr(intptr_t value, const char* name) { return name != nullptr ? name : std::to_string(value); }
+
+std::string Geometry(const WidgetRecord& widget) {
+    return "left=" + std::to_string(widget.left) + " top=" + std::to_string(widget.top) +
+           " right=" + std::to_string(widget.right) + " bottom=" + std::to_string(widget.bottom);
+}
+
+// The `widget` record line: class, geometry, the class's fields, the text a person reads.
+void RecordLook(const WidgetRecord& widget, const char* className, const std::string& fields, const std::string& text) {
+    xpsim::RecordDrawing("widget number=" + std::to_string(widget.number) + " class=" + className + " " +
+                         Geometry(widget) + (fields.empty() ? "" : " " + fields) + " " +
+                         xpsim::QuoteForRecord(text.data(), text.size()));
+}
+
+int FontOf(XPWidgetID id) {
+    const intptr_t font = Property(id, xpProperty_Font);
+    xpsim::FontMetrics metrics;
+    return xpsim::FindFont(int(font), metrics) ? int(font) : xplmFont_Basic;
+}
+
+int CharHeight(int font) {
+    xpsim::FontMetrics metrics;
+    return xpsim::FindFont(font, metrics) ? metrics.charHeight : 12;
+}
+
+int TextWidth(int font, const std::string& text) {
+    return int(xpsim::MeasureString(font, text.c_str(), int(std::min<size_t>(text.size(), 65536))));
+}
+
+// One line of text with its lower left at (x, y), or centred in the widget's width.
+void Text(const std::string& text, int x, int y, const float* rgb, int font = xplmFont_Basic) {
+    if (!text.empty()) xpsim::DrawText(rgb, x, y, text.data(), text.size(), font);
+}
+
+// Widget geometry may be anything an int holds: the look computes in long long and draws at ints cut
+// to the int range.
+int Cut(long long value) { return int(std::clamp<long long>(value, INT_MIN, INT_MAX)); }
+
+// The y that centres a line of the font in the widget's height.
+int MiddleY(const WidgetRecord& widget, int font) {
+    return Cut(widget.bottom + ((long long)widget.top - widget.bottom - CharHeight(font)) / 2);
+}
+
 // ------------------------------------------------------------------ windows
 
 bool InCloseBox(const WidgetRecord& widget, int x, int y) {
@@ -77,9 +147,39 @@ int MainWindow(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t
             Defaults(*widget, {{xpProperty_MainWindowType, xpMainWindowStyle_MainWindow},
                                {xpProperty_MainWindowHasCloseBoxes, 0}});
             return 1;
-        case xpMsg_Draw:
-            XPDrawWindow(widget->left, widget->bottom, widget->right, widget->top, xpWindow_MainWindow);
+        case xpMsg_Draw: {
+            if (!xpsim::InDrawing()) return 1;  // sent outside the sim's drawing: nothing to draw on
+            const intptr_t type = Property(id, xpProperty_MainWindowType);
+            const bool closeBoxes = Property(id, xpProperty_MainWindowHasCloseBoxes) != 0;
+            RecordLook(
+                *widget, "xpWidgetClass_MainWindow",
+                "type=" +
+                    NameOr(type, Named(type, {{xpMainWindowStyle_MainWindow, "xpMainWindowStyle_MainWindow"},
+                                              {xpMainWindowStyle_Translucent, "xpMainWindowStyle_Translucent"}})) +
+                    " closeboxes=" + (closeBoxes ? "1" : "0"),
+                widget->descriptor);
+            // The translucent style is the simulator's dark box; the standard one its window art.
+            if (type == xpMainWindowStyle_Translucent)
+                XPLMDrawTranslucentDarkBox(widget->left, widget->top, widget->right, widget->bottom);
+            else
+                XPDrawWindow(widget->left, widget->bottom, widget->right, widget->top, xpWindow_MainWindow);
+            const long long left = widget->left, right = widget->right, top = widget->top;
+            long long titleX = left + 8;
+            if (closeBoxes) {
+                const long long boxTop = top - kCloseBoxInset;
+                const XPElementStyle box = widget->pressedPart == kCloseBoxPart ? xpElement_WindowCloseBoxPressed
+                                                                                 : xpElement_WindowCloseBox;
+                XPDrawElement(Cut(left + kCloseBoxInset), Cut(boxTop - kCloseBoxSize),
+                              Cut(left + kCloseBoxInset + kCloseBoxSize), Cut(boxTop), box, 0);
+                XPDrawElement(Cut(right - kCloseBoxInset - kCloseBoxSize), Cut(boxTop - kCloseBoxSize),
+                              Cut(right - kCloseBoxInset), Cut(boxTop), box, 0);
+                titleX = left + kCloseBoxInset + kCloseBoxSize + 6;
+            }
+            Text(widget->descriptor, Cut(titleX),
+                 Cut(top - kTitleBarHeight + (kTitleBarHeight - CharHeight(xplmFont_Basic)) / 2),
+                 type == xpMainWindowStyle_Translucent ? kWhite : kBlack);
             return 1;
+        }
         case xpMsg_Reshape:
             return XPUFixedLayout(message, id, param1, param2);
         case xpMsg_MouseDown: {
@@ -122,9 +222,19 @@ int SubWindow(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t 
         case xpMsg_Create:
             Defaults(*widget, {{xpProperty_SubWindowType, xpSubWindowStyle_SubWindow}});
             return 1;
-        case xpMsg_Draw:
-            XPDrawWindow(widget->left, widget->bottom, widget->right, widget->top, xpWindow_SubWindow);
+        case xpMsg_Draw: {
+            if (!xpsim::InDrawing()) return 1;  // sent outside the sim's drawing: nothing to draw on
+            const intptr_t type = Property(id, xpProperty_SubWindowType);
+            const char* name = Named(type, {{xpSubWindowStyle_SubWindow, "xpSubWindowStyle_SubWindow"},
+                                            {xpSubWindowStyle_Screen, "xpSubWindowStyle_Screen"},
+                                            {xpSubWindowStyle_ListView, "xpSubWindowStyle_ListView"}});
+            RecordLook(*widget, "xpWidgetClass_SubWindow", "type=" + NameOr(type, name), widget->descriptor);
+            const XPWindowStyle style = type == xpSubWindowStyle_Screen     ? xpWindow_Screen
+                                        : type == xpSubWindowStyle_ListView ? xpWindow_ListView
+                                                                            : xpWindow_SubWindow;
+            XPDrawWindow(widget->left, widget->bottom, widget->right, widget->top, style);
             return 1;
+        }
         case xpMsg_Reshape:
             return XPUFixedLayout(message, id, param1, param2);
         default:
@@ -154,6 +264,74 @@ void Press(XPWidgetID id) {
     }
 }
 
+// A button's look by its type: a push button is the push-button art with its text in the middle
+// (lit while pressed, and while on for a check box or radio button); a radio-button-type button is a
+// square check box (check-box behaviour, checked while on) or a round radio button (dot while on),
+// as tall as the button at most, at its left, without text; the close box and the little arrows are
+// their elements.
+void DrawButton(XPWidgetID id, WidgetRecord& widget) {
+    if (!xpsim::InDrawing()) return;  // sent outside the sim's drawing: nothing to draw on
+    const intptr_t type = Property(id, xpProperty_ButtonType);
+    const intptr_t behavior = Property(id, xpProperty_ButtonBehavior);
+    const bool on = Property(id, xpProperty_ButtonState) != 0;
+    const bool hilited = Property(id, xpProperty_Hilited) != 0;
+    const bool enabled = Enabled(id);
+    const char* typeName = Named(type, {{xpPushButton, "xpPushButton"},
+                                        {xpRadioButton, "xpRadioButton"},
+                                        {xpWindowCloseBox, "xpWindowCloseBox"},
+                                        {xpLittleDownArrow, "xpLittleDownArrow"},
+                                        {xpLittleUpArrow, "xpLittleUpArrow"}});
+    const char* behaviorName = Named(behavior, {{xpButtonBehaviorPushButton, "xpButtonBehaviorPushButton"},
+                                                {xpButtonBehaviorCheckBox, "xpButtonBehaviorCheckBox"},
+                                                {xpButtonBehaviorRadioButton, "xpButtonBehaviorRadioButton"}});
+    const bool pushLook = typeName == nullptr || type == xpPushButton;
+    RecordLook(widget, "xpWidgetClass_Button",
+               "type=" + NameOr(type, typeName) + " behavior=" + NameOr(behavior, behaviorName) + " state=" +
+                   (on ? "1" : "0") + " hilited=" + (hilited ? "1" : "0") + " enabled=" + (enabled ? "1" : "0"),
+               pushLook ? widget.descriptor : "");
+    const int left = widget.left, bottom = widget.bottom, right = widget.right, top = widget.top;
+    switch (type) {
+        case xpRadioButton: {
+            const int side = int(std::max(0LL, std::min({16LL, (long long)top - bottom, (long long)right - left})));
+            const int boxBottom = Cut(bottom + ((long long)top - bottom - side) / 2);
+            if (behavior == xpButtonBehaviorRadioButton) {
+                // The SDK has no element for a round button: it is painted here, and named by the widget line.
+                if (!xpsim::DrawingOnScreen()) return;
+                const xpsim::Rgba white = xpsim::Colour(0xffffff), dark = xpsim::Colour(0x3c4044);
+                const double l = left, b = boxBottom, r = l + side, t = b + side;
+                xpsim::PaintEllipse(l, b, r, t, true, 1, white, xpsim::Blend::Opaque);
+                xpsim::PaintEllipse(l + 0.5, b + 0.5, r - 0.5, t - 0.5, false, 1, dark, xpsim::Blend::Opaque);
+                if (on) {
+                    const double inset = side / 4.0;
+                    xpsim::PaintEllipse(l + inset, b + inset, r - inset, t - inset, true, 1, xpsim::Colour(0x1c1c1c),
+                                        xpsim::Blend::Opaque);
+                }
+            } else {
+                XPDrawElement(left, boxBottom, Cut((long long)left + side), Cut((long long)boxBottom + side),
+                              on ? xpElement_CheckBoxLit : xpElement_CheckBox, hilited);
+            }
+            return;
+        }
+        case xpWindowCloseBox:
+            XPDrawElement(left, bottom, right, top,
+                          hilited ? xpElement_WindowCloseBoxPressed : xpElement_WindowCloseBox, 0);
+            return;
+        case xpLittleDownArrow:
+        case xpLittleUpArrow:
+            XPDrawElement(left, bottom, right, top,
+                          type == xpLittleUpArrow ? xpElement_LittleUpArrow : xpElement_LittleDownArrow, hilited);
+            return;
+        default: {
+            const bool lit = hilited || (behavior != xpButtonBehaviorPushButton && on);
+            XPDrawElement(left, bottom, right, top, lit ? xpElement_PushButtonLit : xpElement_PushButton, lit);
+            const int width = TextWidth(xplmFont_Basic, widget.descriptor);
+            Text(widget.descriptor, Cut(left + ((long long)right - left - width) / 2), MiddleY(widget, xplmFont_Basic),
+                 enabled ? kBlack : kGreyed);
+            return;
+        }
+    }
+}
+
 int Button(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t) {
     WidgetRecord* widget = Record(id);
     if (widget == nullptr) return 0;
@@ -164,8 +342,7 @@ int Button(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t) {
                                {xpProperty_ButtonState, 0}});
             return 1;
         case xpMsg_Draw:
-            XPDrawElement(widget->left, widget->bottom, widget->right, widget->top, xpElement_PushButton,
-                          Property(id, xpProperty_Hilited) != 0);
+            DrawButton(id, *widget);
             return 1;
         case xpMsg_MouseDown:
             if (!Enabled(id)) return 0;
@@ -175,7 +352,8 @@ int Button(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t) {
         case xpMsg_MouseDrag:
             if (widget->pressedPart == kButtonPart && param1 != 0) {
                 const bool inside = xpsim::WidgetContains(*widget, Mouse(param1)->x, Mouse(param1)->y);
-                if ((Property(id, xpProperty_Hilited) != 0) != inside) XPSetWidgetProperty(id, xpProperty_Hilited, inside);
+                if ((Property(id, xpProperty_Hilited) != 0) != inside)
+                    XPSetWidgetProperty(id, xpProperty_Hilited, inside);
             }
             return 1;
         case xpMsg_MouseUp: {
@@ -199,7 +377,8 @@ bool EditingKey(int virtualKey) {
 }
 
 void SetSelection(XPWidgetID id, intptr_t start, intptr_t end) {
-    if (Property(id, xpProperty_EditFieldSelStart) != start) XPSetWidgetProperty(id, xpProperty_EditFieldSelStart, start);
+    if (Property(id, xpProperty_EditFieldSelStart) != start)
+        XPSetWidgetProperty(id, xpProperty_EditFieldSelStart, start);
     if (Property(id, xpProperty_EditFieldSelEnd) != end) XPSetWidgetProperty(id, xpProperty_EditFieldSelEnd, end);
 }
 
@@ -254,6 +433,59 @@ int TypeKey(XPWidgetID id, WidgetRecord& widget, const XPKeyState_t& key) {
     return 1;
 }
 
+// A text field: the text-field art (a dark box for the translucent type, nothing for the transparent
+// one), its text from the scroll position on, 3 pixels in and cut where it would leave the field
+// (stars in password mode), and, while it has the keyboard, the selection behind the text or the caret
+// as a one-pixel line.
+void DrawTextField(XPWidgetID id, WidgetRecord& widget) {
+    if (!xpsim::InDrawing()) return;
+    const intptr_t type = Property(id, xpProperty_TextFieldType);
+    const bool password = Property(id, xpProperty_PasswordMode) != 0;
+    const bool enabled = Enabled(id);
+    const bool focused = xpsim::FocusedWidget() == &widget;
+    const int font = FontOf(id);
+    const intptr_t length = intptr_t(widget.descriptor.size());
+    intptr_t start = std::clamp<intptr_t>(Property(id, xpProperty_EditFieldSelStart), 0, length);
+    intptr_t end = std::clamp<intptr_t>(Property(id, xpProperty_EditFieldSelEnd), 0, length);
+    if (start > end) std::swap(start, end);
+    const intptr_t scroll = std::clamp<intptr_t>(Property(id, xpProperty_ScrollPosition), 0, length);
+    const std::string shown = password ? std::string(size_t(length), '*') : widget.descriptor;
+    // What fits from the scroll position on.
+    const long long room = (long long)widget.right - widget.left - 2 * kTextInset;
+    size_t count = 0;
+    while (scroll + intptr_t(count) < length &&
+           TextWidth(font, shown.substr(size_t(scroll), count + 1)) <= room)
+        ++count;
+    const std::string visible = shown.substr(size_t(scroll), count);
+    const char* typeName = Named(type, {{xpTextEntryField, "xpTextEntryField"},
+                                        {xpTextTransparent, "xpTextTransparent"},
+                                        {xpTextTranslucent, "xpTextTranslucent"}});
+    std::string fields = "type=" + NameOr(type, typeName) + " enabled=" + (enabled ? "1" : "0") +
+                         " focus=" + (focused ? "1" : "0");
+    if (focused) fields += " selection=" + std::to_string(start) + "," + std::to_string(end);
+    RecordLook(widget, "xpWidgetClass_TextField", fields, visible);
+    if (type == xpTextTranslucent)
+        XPLMDrawTranslucentDarkBox(widget.left, widget.top, widget.right, widget.bottom);
+    else if (type != xpTextTransparent)
+        XPDrawElement(widget.left, widget.bottom, widget.right, widget.top, xpElement_TextField, 0);
+    const int x = Cut((long long)widget.left + kTextInset);
+    const int y = MiddleY(widget, font);
+    auto xAt = [&](intptr_t index) {
+        const intptr_t from = std::min(std::max(index, scroll), scroll + intptr_t(count));
+        return (long long)x + TextWidth(font, shown.substr(size_t(scroll), size_t(from - scroll)));
+    };
+    const bool light = type == xpTextTranslucent;
+    if (focused && start < end && xpsim::DrawingOnScreen())
+        xpsim::PaintRect(double(xAt(start)), widget.bottom + 2.0, double(xAt(end)), widget.top - 2.0,
+                         xpsim::Colour(light ? 0x4060a0 : 0xa8c8f0), xpsim::Blend::Opaque);
+    Text(visible, x, y, !enabled ? kGreyed : light ? kWhite : kBlack, font);
+    if (focused && start == end && start >= scroll && start <= scroll + intptr_t(count) && xpsim::DrawingOnScreen()) {
+        const double caret = double(xAt(start)) + 0.5;
+        xpsim::PaintPolyline({{caret, widget.bottom + 3.0}, {caret, widget.top - 3.0}}, false, 1,
+                             xpsim::Colour(light ? 0xffffff : 0x000000), xpsim::Blend::Opaque);
+    }
+}
+
 int TextField(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t) {
     WidgetRecord* widget = Record(id);
     if (widget == nullptr) return 0;
@@ -270,7 +502,7 @@ int TextField(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t)
                                {xpProperty_ActiveEditSide, 0}});
             return 1;
         case xpMsg_Draw:
-            XPDrawElement(widget->left, widget->bottom, widget->right, widget->top, xpElement_TextField, 0);
+            DrawTextField(id, *widget);
             return 1;
         case xpMsg_MouseDown: {
             if (!Enabled(id)) return 0;
@@ -351,8 +583,20 @@ int ScrollBar(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t)
                                {xpProperty_ScrollBarType, xpScrollBarTypeScrollBar},
                                {xpProperty_ScrollBarSlop, 0}});
             return 1;
-        case xpMsg_Draw:
+        case xpMsg_Draw: {
+            if (!xpsim::InDrawing()) return 1;  // sent outside the sim's drawing: nothing to draw on
+            const bool slider = Property(id, xpProperty_ScrollBarType) == xpScrollBarTypeSlider;
+            const intptr_t min = Property(id, xpProperty_ScrollBarMin), max = Property(id, xpProperty_ScrollBarMax);
+            const intptr_t position = Property(id, xpProperty_ScrollBarSliderPosition);
+            RecordLook(*widget, "xpWidgetClass_ScrollBar",
+                       std::string("type=") + (slider ? "xpScrollBarTypeSlider" : "xpScrollBarTypeScrollBar") +
+                           " min=" + std::to_string(min) + " max=" + std::to_string(max) +
+                           " position=" + std::to_string(position),
+                       "");
+            XPDrawTrack(widget->left, widget->bottom, widget->right, widget->top, int(min), int(max), int(position),
+                        slider ? xpTrack_Slider : xpTrack_ScrollBar, widget->pressedPart != kNoPart);
             return 1;
+        }
         case xpMsg_PropertyChanged: {
             // The position stays within the range, whoever sets what.
             if (param1 != xpProperty_ScrollBarSliderPosition && param1 != xpProperty_ScrollBarMin &&
@@ -398,7 +642,8 @@ int ScrollBar(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t)
         case xpMsg_MouseUp:
             if (widget->pressedPart == kThumb && param1 != 0) {
                 const Track track = Measure(id, *widget);
-                MoveSlider(id, track, PositionAt(track, Along(track, *widget, *Mouse(param1)) - widget->pressX - track.button));
+                MoveSlider(id, track,
+                           PositionAt(track, Along(track, *widget, *Mouse(param1)) - widget->pressX - track.button));
             }
             if (message == xpMsg_MouseUp) widget->pressedPart = kNoPart;
             return 1;
@@ -417,6 +662,7 @@ int ScrollBar(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t)
 
 // ------------------------------------------------------------------ the rest
 
+// A caption is its text at its left, in the middle of its height: black, or white when lit.
 int Caption(XPWidgetMessage message, XPWidgetID id, intptr_t, intptr_t) {
     WidgetRecord* widget = Record(id);
     if (widget == nullptr) return 0;
@@ -424,9 +670,19 @@ int Caption(XPWidgetMessage message, XPWidgetID id, intptr_t, intptr_t) {
         Defaults(*widget, {{xpProperty_CaptionLit, 0}});
         return 1;
     }
-    return message == xpMsg_Draw ? 1 : 0;
+    if (message != xpMsg_Draw) return 0;
+    if (!xpsim::InDrawing()) return 1;
+    const bool lit = Property(id, xpProperty_CaptionLit) != 0;
+    const bool enabled = Enabled(id);
+    RecordLook(*widget, "xpWidgetClass_Caption", std::string("lit=") + (lit ? "1" : "0"), widget->descriptor);
+    Text(widget->descriptor, widget->left, MiddleY(*widget, xplmFont_Basic),
+         !enabled ? kGreyed
+         : lit    ? kWhite
+                  : kBlack);
+    return 1;
 }
 
+// General graphics: the map icon's element over the widget.
 int GeneralGraphics(XPWidgetMessage message, XPWidgetID id, intptr_t, intptr_t) {
     WidgetRecord* widget = Record(id);
     if (widget == nullptr) return 0;
@@ -434,17 +690,57 @@ int GeneralGraphics(XPWidgetMessage message, XPWidgetID id, intptr_t, intptr_t) 
         Defaults(*widget, {{xpProperty_GeneralGraphicsType, xpShip}});
         return 1;
     }
-    return message == xpMsg_Draw ? 1 : 0;
+    if (message != xpMsg_Draw) return 0;
+    if (!xpsim::InDrawing()) return 1;
+    static const std::pair<intptr_t, XPElementStyle> kIcons[] = {
+        {xpShip, xpElement_Ship},
+        {xpILSGlideScope, xpElement_ILSGlideScope},
+        {xpMarkerLeft, xpElement_MarkerLeft},
+        {xp_Airport, xpElement_Airport},
+        {xpNDB, xpElement_NDB},
+        {xpVOR, xpElement_VOR},
+        {xpRadioTower, xpElement_RadioTower},
+        {xpAircraftCarrier, xpElement_AircraftCarrier},
+        {xpFire, xpElement_Fire},
+        {xpMarkerRight, xpElement_MarkerRight},
+        {xpCustomObject, xpElement_CustomObject},
+        {xpCoolingTower, xpElement_CoolingTower},
+        {xpSmokeStack, xpElement_SmokeStack},
+        {xpBuilding, xpElement_Building},
+        {xpPowerLine, xpElement_PowerLine},
+        {xpVORWithCompassRose, xpElement_VORWithCompassRose},
+        {xpOilPlatform, xpElement_OilPlatform},
+        {xpOilPlatformSmall, xpElement_OilPlatformSmall},
+        {xpWayPoint, xpElement_Waypoint},
+    };
+    const intptr_t icon = Property(id, xpProperty_GeneralGraphicsType);
+    RecordLook(*widget, "xpWidgetClass_GeneralGraphics", "icon=" + std::to_string(icon), widget->descriptor);
+    for (const auto& entry : kIcons) {
+        if (entry.first == icon)
+            XPDrawElement(widget->left, widget->bottom, widget->right, widget->top, entry.second, 0);
+    }
+    return 1;
 }
 
+// A progress bar: the progress track.
 int Progress(XPWidgetMessage message, XPWidgetID id, intptr_t, intptr_t) {
     WidgetRecord* widget = Record(id);
     if (widget == nullptr) return 0;
     if (message == xpMsg_Create) {
-        Defaults(*widget, {{xpProperty_ProgressPosition, 0}, {xpProperty_ProgressMin, 0}, {xpProperty_ProgressMax, 100}});
+        Defaults(*widget,
+                 {{xpProperty_ProgressPosition, 0}, {xpProperty_ProgressMin, 0}, {xpProperty_ProgressMax, 100}});
         return 1;
     }
-    return message == xpMsg_Draw ? 1 : 0;
+    if (message != xpMsg_Draw) return 0;
+    if (!xpsim::InDrawing()) return 1;
+    const intptr_t min = Property(id, xpProperty_ProgressMin), max = Property(id, xpProperty_ProgressMax);
+    const intptr_t position = Property(id, xpProperty_ProgressPosition);
+    RecordLook(*widget, "xpWidgetClass_Progress",
+               "min=" + std::to_string(min) + " max=" + std::to_string(max) + " position=" + std::to_string(position),
+               "");
+    XPDrawTrack(widget->left, widget->bottom, widget->right, widget->top, int(min), int(max), int(position),
+                xpTrack_Progress, 0);
+    return 1;
 }
 
 }  // namespace

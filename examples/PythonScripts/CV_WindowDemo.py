@@ -20,6 +20,7 @@
 
 from XPLMDefs import *
 from XPLMDisplay import *
+from XPLMGraphics import *
 from XPLMMenus import *
 
 # Item refcons of the demo's menu: they tell the handler which item was picked.
@@ -81,13 +82,19 @@ class Corvelle:
         pass
 
     def DrawWindow(self, inWindowID, inRefcon):
-        # Called every frame while the window is visible. A real window would draw here with
-        # XPLMGraphics; the demo counts its frames and reports every 40th (two seconds at 20 frames
-        # per second).
+        # Called every frame while the window is visible: the window is what this draws, here a dark
+        # box with the keys typed so far. The demo also counts its frames and reports every 40th (two
+        # seconds at 20 frames per second).
         self.DrawCount += 1
+        left, top, right, bottom = [], [], [], []
+        XPLMGetWindowGeometry(inWindowID, left, top, right, bottom)
+        XPLMDrawTranslucentDarkBox(left[0], top[0], right[0], bottom[0])
+        XPLMDrawString((1.0, 1.0, 1.0), left[0] + 10, top[0] - 20, "Window Demo", 0, xplmFont_Basic)
+        XPLMDrawString((0.6, 0.9, 1.0), left[0] + 10, top[0] - 44, "Keys typed: " + self.KeysTyped, 0,
+                       xplmFont_Basic)
+        XPLMDrawString((0.6, 1.0, 0.6), left[0] + 10, top[0] - 64, "Frames drawn:", 0, xplmFont_Basic)
+        XPLMDrawNumber((0.6, 1.0, 0.6), left[0] + 108, top[0] - 64, self.DrawCount, 4, 0, 0, xplmFont_Basic)
         if self.DrawCount % 40 == 0:
-            left, top, right, bottom = [], [], [], []
-            XPLMGetWindowGeometry(inWindowID, left, top, right, bottom)
             print("WindowDemo: frame %d, window at left %d top %d right %d bottom %d"
                   % (self.DrawCount, left[0], top[0], right[0], bottom[0]))
 

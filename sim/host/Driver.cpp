@@ -20,6 +20,7 @@
 #include "world/Menus.h"
 #include "world/Plugins.h"
 #include "world/Scheduler.h"
+#include "world/Screen.h"
 #include "world/Windows.h"
 #include "world/World.h"
 
@@ -68,6 +69,18 @@ DrawLogs& drawLogs() {
     return logs;
 }
 
+// The screenshots of the current frame, written when its drawing is done: events line (0 for
+// --screenshot), path.
+std::vector<std::pair<int, std::string>>& pendingScreenshots() {
+    static std::vector<std::pair<int, std::string>> shots;
+    return shots;
+}
+
+std::string Where(int line) { return line > 0 ? "events line " + std::to_string(line) + ": " : "--screenshot: "; }
+
+// A relative path is relative to the simulator folder.
+std::string InRoot(const std::string& path) { return path.front() == '/' ? path : SystemPath() + path; }
+
 void WriteDrawLogs() {
     DrawLogs& logs = drawLogs();
     for (const auto& [line, path] : logs.pending) {
@@ -76,6 +89,14 @@ void WriteDrawLogs() {
         if (!WriteDrawingRecord(path, fresh, error)) Note("events line " + std::to_string(line) + ": " + error);
     }
     logs.pending.clear();
+    for (const auto& [line, path] : pendingScreenshots()) {
+        std::string error;
+        if (WriteScreenshot(path, error))
+            Note("screenshot of frame " + std::to_string(FrameNumber()) + " written to " + path);
+        else
+            Note(Where(line) + error);
+    }
+    pendingScreenshots().clear();
 }
 
 }  // namespace
@@ -175,6 +196,9 @@ void ApplyEvent(const Event& event) {
         case EventVerb::Click:
             Click(event.x1, event.y1);
             break;
+        case EventVerb::Move:
+            MoveMouse(event.x1, event.y1);
+            break;
         case EventVerb::Drag:
             Drag(event.x1, event.y1, event.x2, event.y2);
             break;
@@ -212,8 +236,11 @@ void ApplyEvent(const Event& event) {
             break;
         case EventVerb::DrawLog:
             // Written at the end of the frame; a relative path is relative to the simulator folder.
-            drawLogs().pending.emplace_back(event.line,
-                                            event.text.front() == '/' ? event.text : SystemPath() + event.text);
+            drawLogs().pending.emplace_back(event.line, InRoot(event.text));
+            break;
+        case EventVerb::Screenshot:
+            // Written at the end of the frame, like draw-log.
+            pendingScreenshots().emplace_back(event.line, InRoot(event.text));
             break;
     }
 }
@@ -226,8 +253,18 @@ int RunSimulation(const Options& options, std::ostream& err) {
         err << "xpsim: " << error << "\n";
         return 1;
     }
-    if (!SetSdkLevel(options.sdkLevel) || !SetFrameRate(options.fps)) {
-        err << "xpsim: bad SDK level or frame rate\n";
+    // --screenshot options are screenshot events after the file's (in time order they mix with them).
+    for (const auto& text : options.screenshots) {
+        Event event;
+        if (!ParseScreenshotOption(text, event, error)) {
+            err << "xpsim: " << error << "\n";
+            return 2;
+        }
+        events.push_back(event);
+    }
+    if (!SetSdkLevel(options.sdkLevel) || !SetFrameRate(options.fps) ||
+        !SetScreenSize(options.screenWidth, options.screenHeight)) {
+        err << "xpsim: bad SDK level, frame rate or screen size\n";
         return 2;
     }
     if (!PrepareRoot(options.root, error)) {
@@ -244,8 +281,10 @@ int RunSimulation(const Options& options, std::ostream& err) {
     Note("system path " + SystemPath() + ", " + rate + " simulated frames per second");
     LoadStandardDataRefs();
     StartAircraft();
+    PublishScreenSize();
 
     drawLogs() = DrawLogs();
+    pendingScreenshots().clear();
     StartPlugins(options.plugins);
     // Once the plugins are enabled, the sim loads the user's aircraft and places it.
     SendStartMessages();
@@ -272,8 +311,7 @@ int RunSimulation(const Options& options, std::ostream& err) {
     }
     for (size_t i = 0; i < events.size(); ++i) {
         if (!applied[i])
-            Note("events line " + std::to_string(events[i].line) + ": " + FormatTime(events[i].time) +
-                 " is after the end of the run; not applied");
+            Note(Where(events[i].line) + FormatTime(events[i].time) + " is after the end of the run; not applied");
     }
     for (const auto& name : HeldCommands()) Note(name + " is still held at the end of the run");
     StopPlugins();

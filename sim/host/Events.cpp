@@ -120,6 +120,13 @@ bool ParseLine(const std::string& body, int lineNumber, Event& event, std::strin
             error = where + "click takes whole-number coordinates, not '" + args + "'";
             return false;
         }
+    } else if (verb == "move") {
+        event.verb = EventVerb::Move;
+        if (!expect(2, "a screen point: X Y")) return false;
+        if (!ParseInt(words[0], event.x1) || !ParseInt(words[1], event.y1)) {
+            error = where + "move takes whole-number coordinates, not '" + args + "'";
+            return false;
+        }
     } else if (verb == "drag") {
         event.verb = EventVerb::Drag;
         if (!expect(4, "two screen points: X1 Y1 X2 Y2")) return false;
@@ -189,10 +196,17 @@ bool ParseLine(const std::string& body, int lineNumber, Event& event, std::strin
             error = where + "draw-log takes the file to write the frame's drawing to";
             return false;
         }
+    } else if (verb == "screenshot") {
+        event.verb = EventVerb::Screenshot;
+        event.text = args;
+        if (args.empty()) {
+            error = where + "screenshot takes the PNG file to write the screen to";
+            return false;
+        }
     } else {
         error = where + "unknown verb '" + verb +
-                "' (key, type, click, drag, wheel, menu, command, command-begin, command-end, set, message, "
-                "reload-plugins, draw-log)";
+                "' (key, type, click, move, drag, wheel, menu, command, command-begin, command-end, set, message, "
+                "reload-plugins, draw-log, screenshot)";
         return false;
     }
     return true;
@@ -215,6 +229,8 @@ const char* VerbName(EventVerb verb) {
         case EventVerb::Message: return "message";
         case EventVerb::ReloadPlugins: return "reload-plugins";
         case EventVerb::DrawLog: return "draw-log";
+        case EventVerb::Move: return "move";
+        case EventVerb::Screenshot: return "screenshot";
     }
     return "?";
 }
@@ -232,6 +248,28 @@ bool ParseEvents(std::istream& in, std::vector<Event>& events, std::string& erro
         if (!ParseLine(body, lineNumber, event, error)) return false;
         events.push_back(event);
     }
+    return true;
+}
+
+bool ParseScreenshotOption(const std::string& text, Event& event, std::string& error) {
+    const size_t colon = text.find(':');
+    const std::string file = colon == std::string::npos ? "" : text.substr(colon + 1);
+    if (colon == std::string::npos || file.empty()) {
+        error = "--screenshot takes SECONDS:FILE.png, not '" + text + "'";
+        return false;
+    }
+    const std::string timeText = text.substr(0, colon);
+    char* end = nullptr;
+    const double time = std::strtod(timeText.c_str(), &end);
+    if (timeText.empty() || *end != '\0' || !std::isfinite(time) || time < 0.0) {
+        error = "--screenshot: '" + timeText + "' is not a time in seconds (a number from 0)";
+        return false;
+    }
+    event = Event();
+    event.time = time;
+    event.verb = EventVerb::Screenshot;
+    event.text = file;
+    event.source = "screenshot " + file + " (--screenshot)";
     return true;
 }
 

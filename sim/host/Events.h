@@ -3,6 +3,7 @@
 //   <seconds> key [shift+|ctrl+|alt+]...<character | XPLM_VK_name>
 //   <seconds> type <text: printable ASCII, spaces inside allowed>
 //   <seconds> click <x> <y>
+//   <seconds> move <x> <y>
 //   <seconds> drag <x1> <y1> <x2> <y2>
 //   <seconds> wheel <x> <y> <clicks> [<axis: 0 vertical (default), 1 horizontal>]
 //   <seconds> menu <path of item names, "/"-separated, spaces allowed>
@@ -13,6 +14,7 @@
 //   <seconds> message <plugin signature> <message number> <integer parameter>
 //   <seconds> reload-plugins
 //   <seconds> draw-log <file: the frame's drawing record; relative to the simulator folder>
+//   <seconds> screenshot <file.png: the screen at the frame's end; relative to the simulator folder>
 //
 // "#" at the start of a line or after white space starts a comment. Blank lines are ignored.
 #pragma once
@@ -25,20 +27,23 @@
 
 namespace xpsim {
 
-enum class EventVerb { Key, Type, Click, Drag, Wheel, Menu, Command, CommandBegin, CommandEnd, Set, Message, ReloadPlugins, DrawLog };
+enum class EventVerb {
+    Key, Type, Click, Drag, Wheel, Menu, Command, CommandBegin, CommandEnd, Set, Message, ReloadPlugins, DrawLog,
+    Move, Screenshot
+};
 
 struct Event {
     double time = 0.0;
     int line = 0;
     EventVerb verb = EventVerb::Key;
     // key: the key as written; type: the text; menu: the path; command, command-begin, command-end: the command
-    // name; set: the dataref name; message: the target signature; draw-log: the file.
+    // name; set: the dataref name; message: the target signature; draw-log, screenshot: the file.
     std::string text;
     // set: the value as written.
     std::string value;
     // key: the character, virtual key and modifiers it stands for.
     KeyStroke key;
-    // click, wheel: x1, y1; drag: from x1, y1 to x2, y2.
+    // click, move, wheel: x1, y1; drag: from x1, y1 to x2, y2.
     int x1 = 0, y1 = 0, x2 = 0, y2 = 0;
     // wheel: how far and on which axis.
     int clicks = 0;
@@ -57,5 +62,9 @@ bool ParseEvents(std::istream& in, std::vector<Event>& events, std::string& erro
 bool LoadEventsFile(const std::string& path, std::vector<Event>& events, std::string& error);
 
 const char* VerbName(EventVerb verb);
+
+// The event a `--screenshot SECONDS:FILE.png` option stands for; false with a message when the text
+// is not of that form.
+bool ParseScreenshotOption(const std::string& text, Event& event, std::string& error);
 
 }  // namespace xpsim

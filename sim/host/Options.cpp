@@ -5,6 +5,9 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "host/Events.h"
+#include "world/Screen.h"
+
 namespace xpsim {
 namespace {
 
@@ -23,11 +26,21 @@ bool ParseCount(const std::string& text, int& value) {
     return true;
 }
 
+// WxH, each side a whole number of pixels.
+bool ParseScreenSize(const std::string& text, int& width, int& height) {
+    const size_t x = text.find('x');
+    if (x == std::string::npos) return false;
+    return ParseCount(text.substr(0, x), width) && ParseCount(text.substr(x + 1), height) &&
+           width >= kMinScreenSide && width <= kMaxScreenSide && height >= kMinScreenSide &&
+           height <= kMaxScreenSide;
+}
+
 }  // namespace
 
 std::string ShortUsageText() {
     return "usage: xpsim run --root DIR [--plugin FILE.xpl]... [--sdk 1.02|2.00|2.10]\n"
            "                 [--seconds S | --frames N] [--events FILE] [--fps N]\n"
+           "                 [--screen WxH] [--screenshot SECONDS:FILE.png]...\n"
            "       xpsim --help\n";
 }
 
@@ -45,7 +58,12 @@ std::string UsageText() {
            "  --frames N      frames to run instead of --seconds\n"
            "  --fps N         simulated frames per second (default 20)\n"
            "  --events FILE   timed input: keys, clicks, drags, the mouse wheel, menu picks,\n"
-           "                  commands, dataref writes, plugin messages and plugin reloads\n";
+           "                  commands, dataref writes, plugin messages, plugin reloads,\n"
+           "                  drawing records and screenshots\n"
+           "  --screen WxH    the screen's size in pixels (default 1024x768)\n"
+           "  --screenshot SECONDS:FILE.png\n"
+           "                  writes the screen at the end of the frame at SECONDS to FILE.png\n"
+           "                  (relative to DIR; repeatable)\n";
 }
 
 CommandLineResult ParseCommandLine(const std::vector<std::string>& args, Options& options, std::string& error) {
@@ -66,7 +84,7 @@ CommandLineResult ParseCommandLine(const std::vector<std::string>& args, Options
         if (option == "--help" || option == "-h") return CommandLineResult::Help;
         const bool takesValue = option == "--root" || option == "--plugin" || option == "--sdk" ||
                                 option == "--seconds" || option == "--frames" || option == "--events" ||
-                                option == "--fps";
+                                option == "--fps" || option == "--screen" || option == "--screenshot";
         if (!takesValue) {
             error = "unknown option '" + option + "'";
             return CommandLineResult::Error;
@@ -102,6 +120,16 @@ CommandLineResult ParseCommandLine(const std::vector<std::string>& args, Options
                 return CommandLineResult::Error;
             }
             haveFrames = true;
+        } else if (option == "--screen") {
+            if (!ParseScreenSize(value, options.screenWidth, options.screenHeight)) {
+                error = "--screen needs WIDTHxHEIGHT in pixels, each " + std::to_string(kMinScreenSide) + " to " +
+                        std::to_string(kMaxScreenSide) + ", not '" + value + "'";
+                return CommandLineResult::Error;
+            }
+        } else if (option == "--screenshot") {
+            Event event;
+            if (!ParseScreenshotOption(value, event, error)) return CommandLineResult::Error;
+            options.screenshots.push_back(value);
         } else if (option == "--fps") {
             if (!ParseNumber(value, options.fps) || options.fps <= 0.0 || options.fps > 10000.0) {
                 error = "--fps needs a rate above 0 and up to 10000, not '" + value + "'";

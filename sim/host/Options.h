@@ -15,12 +15,18 @@ struct Options {
     int frames = -1;
     double seconds = 5.0;
     std::string eventsFile;
+    // The screen's size (--screen WxH).
+    int screenWidth = 1024;
+    int screenHeight = 768;
+    // --screenshot SECONDS:FILE.png, in the order given; each is a screenshot event.
+    std::vector<std::string> screenshots;
 };
 
 enum class CommandLineResult { Run, Help, Error };
 
 // Parses `xpsim run --root DIR [--plugin FILE]... [--sdk 1.02|2.00|2.10] [--seconds S | --frames N]
-// [--events FILE] [--fps N]` and `xpsim --help`. On Error, `error` says what is wrong.
+// [--events FILE] [--fps N] [--screen WxH] [--screenshot SECONDS:FILE.png]...` and `xpsim --help`. On
+// Error, `error` says what is wrong.
 CommandLineResult ParseCommandLine(const std::vector<std::string>& args, Options& options, std::string& error);
 
 // The number of frames the run lasts: --frames, or --seconds times --fps rounded to the nearest frame.

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "world/Screen.h"
 #include "world/World.h"
 
 namespace xpsim {
@@ -26,7 +27,10 @@ void RecordDrawing(const std::string& line) { record().push_back(line); }
 
 const std::vector<std::string>& DrawingThisFrame() { return record(); }
 
-void ClearDrawing() { record().clear(); }
+void ClearDrawing() {
+    record().clear();
+    ClearScreen();
+}
 
 std::string QuoteForRecord(const char* text, size_t size) {
     static const char kHex[] = "0123456789abcdef";

@@ -25,7 +25,7 @@ namespace xpsim {
 XPSIM_API void RecordDrawing(const std::string& line);
 // The current frame's record, in drawing order.
 XPSIM_API const std::vector<std::string>& DrawingThisFrame();
-// Empties the record; called as each frame begins and by ResetWorld.
+// Empties the record and the screen; called as each frame begins and by ResetWorld.
 void ClearDrawing();
 
 // Text as the record shows it: in double quotes, every byte readable. `"` and `\` are written `\"`

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "world/Drawing.h"
+#include "world/Screen.h"
 #include "world/World.h"
 
 namespace xpsim {
@@ -65,19 +66,28 @@ size_t BoundedLength(const char* text, size_t most) {
     return length;
 }
 
-// A colour as the screen shows it: each component clamped to 0 to 1 (NaN as 0).
+// A colour component as the screen shows it: clamped to 0 to 1 (NaN as 0).
+float ScreenComponent(float c) { return std::isnan(c) ? 0.0f : std::fmin(1.0f, std::fmax(0.0f, c)); }
+
+// A colour as the screen shows it: each component clamped.
 std::string Colour(const float* rgb) {
-    float c[3];
-    for (int i = 0; i < 3; ++i) c[i] = std::isnan(rgb[i]) ? 0.0f : std::fmin(1.0f, std::fmax(0.0f, rgb[i]));
     char text[64];
-    std::snprintf(text, sizeof text, "rgb=%.3f,%.3f,%.3f", c[0], c[1], c[2]);
+    std::snprintf(text, sizeof text, "rgb=%.3f,%.3f,%.3f", ScreenComponent(rgb[0]), ScreenComponent(rgb[1]),
+                  ScreenComponent(rgb[2]));
     return text;
 }
 
+// Records a line of text and, in the 2-d phases, paints it on the screen.
 void RecordText(const char* kind, long long x, long long y, const float* rgb, const FontMetrics& font,
                 const char* text, size_t size) {
     RecordDrawing(std::string(kind) + " x=" + std::to_string(x) + " y=" + std::to_string(y) + " " + Colour(rgb) +
                   " font=" + font.name + " " + QuoteForRecord(text, size));
+    if (!DrawingOnScreen()) return;
+    Rgba colour;
+    colour.r = ScreenComponent(rgb[0]);
+    colour.g = ScreenComponent(rgb[1]);
+    colour.b = ScreenComponent(rgb[2]);
+    PaintText(double(x), double(y), text, size, int(&font - kFonts), colour);
 }
 
 // The checks every text-drawing function makes: the sim is drawing, the colour is there, the font
@@ -123,6 +133,9 @@ void SetGraphicsState(int fog, int textureUnits, int lighting, int alphaTesting,
     state.alphaBlending = alphaBlending != 0;
     state.depthTesting = depthTesting != 0;
     state.depthWriting = depthWriting != 0;
+    // The simulator's GL follows: blending and texturing switch with the state.
+    SetGlBlending(state.alphaBlending != 0);
+    SetGlTexturing(state.textureUnits > 0);
 }
 
 void BindTexture2d(int texture, int unit) {
@@ -219,6 +232,13 @@ void DrawTranslucentDarkBox(int left, int top, int right, int bottom) {
     }
     RecordDrawing("dark-box left=" + std::to_string(left) + " top=" + std::to_string(top) +
                   " right=" + std::to_string(right) + " bottom=" + std::to_string(bottom));
+    if (DrawingOnScreen()) PaintRect(left, bottom, right, top, Colour(0x000000, kDarkBoxAlpha), Blend::Alpha);
+}
+
+void DrawText(const float* rgb, int x, int y, const char* text, size_t size, XPLMFontID font) {
+    const FontMetrics* metrics = Font(font);
+    if (metrics == nullptr || rgb == nullptr || text == nullptr || size == 0) return;
+    RecordText("string", x, y, rgb, *metrics, text, std::min(size, kMostTextBytes));
 }
 
 void DrawString(const float* rgb, int x, int y, const char* text, const int* wrapWidth, XPLMFontID font) {

@@ -1,10 +1,10 @@
 // The graphics the SDK offers headless: the OpenGL state plugins set through the simulator, the
 // textures they bind and generate, the simulator's fonts and the text, numbers and boxes they draw.
 //
-// Nothing reaches a screen. The state and the texture bindings are kept as the simulator's cache of
-// them would be; what is drawn goes to the frame's drawing record (world/Drawing.h), one line per
-// thing drawn, and only while the sim draws (InDrawing): a drawing function called from a flight
-// loop, a menu handler or XPluginStart draws nothing and is reported.
+// The state and the texture bindings are kept as the simulator's cache of them would be; what is drawn
+// goes to the frame's drawing record (world/Drawing.h), one line per thing drawn, and onto the screen
+// (world/Screen.h) in the 2-d phases, and only while the sim draws (InDrawing): a drawing function
+// called from a flight loop, a menu handler or XPluginStart draws nothing and is reported.
 //
 // Fonts: every XPLMFontID has a fixed character width and height. The monospaced fonts draw every
 // byte at the character width; xplmFont_Proportional has a width per character (ProportionalWidth)
@@ -66,7 +66,13 @@ void BindTexture2d(int texture, int unit);
 void GenerateTextureNumbers(int* out, int count);
 int GetTexture(XPLMTextureID texture);
 
+// The dark box is black at this opacity.
+constexpr float kDarkBoxAlpha = 0.5f;
+
 void DrawTranslucentDarkBox(int left, int top, int right, int bottom);
+// Draws one line of text for xpsim's own art (the widgets' look): recorded as a string and painted,
+// without the checks a plugin's call gets.
+void DrawText(const float* rgb, int x, int y, const char* text, size_t size, XPLMFontID font);
 void DrawString(const float* rgb, int x, int y, const char* text, const int* wrapWidth, XPLMFontID font);
 void DrawNumber(const float* rgb, int x, int y, double value, int digits, int decimals, int showSign,
                 XPLMFontID font);

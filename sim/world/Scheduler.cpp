@@ -13,6 +13,7 @@
 #include "world/Drawing.h"
 #include "world/Objects.h"
 #include "world/Plugins.h"
+#include "world/Screen.h"
 #include "world/Windows.h"
 #include "world/World.h"
 
@@ -221,6 +222,7 @@ void RunDrawing() {
     SchedulerState& s = sched();
     const DrawingScope drawing;  // the drawing functions draw only in here
     for (XPLMDrawingPhase phase : kFramePhases) {
+        BeginDrawingPhase(phase);  // the 2-d phases paint the screen
         const bool drawSim = RunDrawSide(phase, true);
         PhaseRecord& record = s.phases[phase];
         if (drawSim) {
@@ -238,6 +240,7 @@ void RunDrawing() {
         }
         RunDrawSide(phase, false);
     }
+    BeginDrawingPhase(-1);
 }
 
 }  // namespace

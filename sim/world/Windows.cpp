@@ -7,7 +7,9 @@
 #include <unordered_set>
 #include <vector>
 
+#include "world/Drawing.h"
 #include "world/Plugins.h"
+#include "world/Screen.h"
 #include "world/World.h"
 
 namespace xpsim {
@@ -19,8 +21,8 @@ struct WindowSystem {
     std::vector<WindowRecord*> stack;                    // live windows, back to front
     WindowRecord* focus = nullptr;
     WindowRecord* mouseTaker = nullptr;  // took the current mouse down
-    int mouseX = kScreenWidth / 2;
-    int mouseY = kScreenHeight / 2;
+    int mouseX = ScreenWidth() / 2;
+    int mouseY = ScreenHeight() / 2;
     XPLMCursorStatus cursor = xplm_CursorDefault;
     int nextNumber = 1;
     int focusDepth = 0;  // focus changes made from losing-focus callbacks, nested
@@ -55,11 +57,6 @@ std::vector<WindowRecord*> WindowsAt(int x, int y) {
         if ((*it)->visible && Active(*it) && Contains(**it, x, y)) found.push_back(*it);
     }
     return found;
-}
-
-void MoveMouse(int x, int y) {
-    windows().mouseX = x;
-    windows().mouseY = y;
 }
 
 std::string Point(int x, int y) { return "(" + std::to_string(x) + ", " + std::to_string(y) + ")"; }
@@ -138,6 +135,13 @@ void Wheel(int x, int y, int clicks, int axis) {
     }
     Note("mouse wheel at " + Point(x, y) + " reaches the sim");
 }
+
+void MoveMouse(int x, int y) {
+    windows().mouseX = x;
+    windows().mouseY = y;
+}
+
+void CentreMouse() { MoveMouse(ScreenWidth() / 2, ScreenHeight() / 2); }
 
 void MouseLocation(int& x, int& y) {
     x = windows().mouseX;
@@ -246,6 +250,11 @@ void DrawWindows() {
     const std::vector<WindowRecord*> order = windows().stack;
     for (WindowRecord* window : order) {
         if (!Active(window) || !window->visible) continue;
+        // SDK 2.10 windows have no frame of the simulator's: the record names the window, and what the
+        // screen shows of it is what its draw callback draws.
+        RecordDrawing("window number=" + std::to_string(window->number) + " plugin=" + std::to_string(window->owner) +
+                      " left=" + std::to_string(window->left) + " top=" + std::to_string(window->top) +
+                      " right=" + std::to_string(window->right) + " bottom=" + std::to_string(window->bottom));
         PluginContext context(window->owner);
         window->draw(window, window->refcon);
     }

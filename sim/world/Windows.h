@@ -21,10 +21,6 @@
 
 namespace xpsim {
 
-// xpsim's screen, in pixels.
-constexpr int kScreenWidth = 1024;
-constexpr int kScreenHeight = 768;
-
 struct WindowRecord {
     int number = 0;  // 1, 2, ... in creation order, for the log
     int owner = 0;
@@ -55,8 +51,13 @@ XPSIM_API void Click(int x, int y);
 XPSIM_API void Drag(int x1, int y1, int x2, int y2);
 // Turns a wheel (axis 0 vertical, 1 horizontal) by `clicks` over a point.
 XPSIM_API void Wheel(int x, int y, int clicks, int axis);
-// Where the mouse is; it starts in the middle of the screen.
+// Moves the mouse without a click: no window or widget is told, but the mouse location and the
+// cursor (asked once a frame) follow it.
+XPSIM_API void MoveMouse(int x, int y);
+// Where the mouse is; it starts in the middle of the screen (world/Screen.h).
 XPSIM_API void MouseLocation(int& x, int& y);
+// Puts the mouse in the middle of the screen.
+void CentreMouse();
 // The cursor status the window under the mouse last asked for (xplm_CursorDefault when none did).
 XPSIM_API XPLMCursorStatus CursorStatus();
 // Live windows, and the window with keyboard focus (null: the simulator has it).

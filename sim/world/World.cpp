@@ -29,6 +29,7 @@
 #include "world/Position.h"
 #include "world/SceneryLibrary.h"
 #include "world/Scheduler.h"
+#include "world/Screen.h"
 #include "world/Terrain.h"
 #include "world/Widgets.h"
 #include "world/Windows.h"
@@ -315,6 +316,7 @@ PluginContext::~PluginContext() {
 // ------------------------------------------------------------------ whole world
 
 void ResetWorld() {
+    ResetScreen();  // first: the windows' mouse starts in the middle of the default screen
     ResetScheduler();
     ResetCamera();
     ResetNavigation();

@@ -130,6 +130,51 @@ for bad in (lambda: XPLMAcquirePlanes(self, 'Aircraft/a.acf', self.avail, 0),
     EXPECT_EQ(CountOf(check, "Mismatch of callback creation and destruction.\n"), 3u) << check;
 }
 
+// Planes-a (a C++ plugin) holds the other aircraft when the script first asks; the script waits, tells
+// planes-a to let go, and is called back, takes them, sets their models and draws one.
+TEST(PlanesScenery, AScriptWaitsForTheAircraftTakesThemAndDrawsOne) {
+    SimFolder sim;
+    std::filesystem::copy(TEST_DATA_DIR "/xpsim-root", sim.root(), std::filesystem::copy_options::recursive);
+    const std::string events = sim.writeEvents("0.10 draw-log aircraft.txt\n");
+    const std::string out = RunLater(sim, "Planes", {"XPLMPlanes", "XPLMPlugin", "XPLMDisplay", "XPLMUtilities"}, R"(
+self.avail, self.draw = self.Available, self.Draw
+self.baron = XPLMGetSystemPath() + 'Aircraft/Laminar Research/Baron B58/Baron_58.acf'
+print('user', XPLMGetNthAircraftModel(0)[0], XPLMGetNthAircraftModel_NP(self, 0) == XPLMGetNthAircraftModel(0))
+print('wait', XPLMAcquirePlanes(self, [''], self.avail, 42), XPLMCountAircraft()[2] == XPLMGetMyID())
+XPLMSendMessageToPlugin(XPLMFindPluginBySignature('xpsim.tests.planes.a'), 0x7E570101, 0)
+print('mine', XPLMCountAircraft() == (20, 1, XPLMGetMyID()))
+print('set', XPLMSetActiveAircraftCount(3), XPLMSetAircraftModel(2, self.baron), XPLMDisableAIForPlane(2),
+      XPLMCountAircraft()[:2], XPLMGetNthAircraftModel(2)[0], XPLMGetNthAircraftModel(1)[1] == self.baron)
+XPLMRegisterDrawCallback(self, self.draw, xplm_Phase_Airplanes, 0, 0)
+)",
+                                     {"--plugin", PLANES_A_XPL, "--events", events},
+                                     "XPLMUnregisterDrawCallback(self, self.draw, xplm_Phase_Airplanes, 0, 0)\n"
+                                     "print('release', XPLMReleasePlanes(self), XPLMCountAircraft()[2])\n",
+                                     R"(
+def Available(self, refcon):
+    print('available', refcon, XPLMAcquirePlanes(self, [self.baron, ''], None, 0))
+def Draw(self, phase, isBefore, refcon):
+    XPLMDrawAircraft(2, 10.0, 2, -30, 1.5, 0, 90, 1, [44, 1, 0.5, 0, 0, 0, 0, 0.75, 0, 0, 0])
+    return 1
+)");
+    // Each model change unloads the slot's aircraft first (XPLM_MSG_PLANE_UNLOADED, 106).
+    EXPECT_EQ(out,
+              "received 0 106 2\n"
+              "user Cessna_172SP.acf True\n"
+              "wait 0 False\n"
+              "received 0 106 1\n"
+              "available 42 1\n"
+              "mine True\n"
+              "received 0 106 2\n"
+              "set 1 1 1 (20, 3) Baron_58.acf True\n"
+              "release 1 -1\n");
+    EXPECT_EQ(sim.read("aircraft.txt"),
+              "frame 2\n"
+              "aircraft index=2 model=Baron_58.acf x=10.00 y=2.00 z=-30.00 pitch=1.50 roll=0.00 yaw=90.00 full=1 "
+              "gear=1.00 flaps=0.50 spoilers=0.00 speedbrake=0.00 slats=0.00 sweep=0.00 thrust=0.75 "
+              "yoke=0.00,0.00,0.00\n");
+}
+
 TEST(PlanesScenery, ScriptsProbeLookUpLoadAndDrawObjects) {
     SimFolder sim;
     std::filesystem::copy(TEST_DATA_DIR "/xpsim-root", sim.root(), std::filesystem::copy_options::recursive);
@@ -140,7 +185,7 @@ self.draw, self.enum, self.loaded = self.Draw, self.Enumerate, self.Loaded
 XPLMRegisterDrawCallback(self, self.draw, xplm_Phase_Objects, 0, 0)
 probe = XPLMCreateProbe(xplm_ProbeY)
 info = []
-print('probe', XPLMProbeTerrainXYZ(probe, 0.0, 500.0, 0.0, info), [v + 0 for v in info])
+print('probe', XPLMProbeTerrainXYZ(probe, 0.0, 500.0, 0.0, info), [round(v, 6) + 0 for v in info])
 print('probe again', XPLMProbeTerrainXYZ(probe, True, 0, 0, info), len(info))
 print('destroyed', XPLMDestroyProbe(probe), XPLMProbeTerrainXYZ(probe, 0, 0, 0, []))
 self.found = []

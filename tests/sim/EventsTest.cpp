@@ -107,8 +107,8 @@ TEST(sim_EventsFile, ParsesEveryVerbAroundCommentsAndBlankLines) {
 
 TEST(sim_EventsFile, MalformedLinesAreErrorsNamingTheLine) {
     const std::pair<const char*, const char*> cases[] = {
-        {"1 jump", "line 3: unknown verb 'jump' (key, type, click, drag, wheel, menu, command, command-begin, "
-                   "command-end, set, message, reload-plugins, draw-log)"},
+        {"1 jump", "line 3: unknown verb 'jump' (key, type, click, move, drag, wheel, menu, command, command-begin, "
+                   "command-end, set, message, reload-plugins, draw-log, screenshot)"},
         {"soon key A", "line 3: 'soon' is not a time in seconds (a number from 0)"},
         {"-1 key A", "line 3: '-1' is not a time in seconds (a number from 0)"},
         {"2", "line 3: a time needs a verb after it"},
