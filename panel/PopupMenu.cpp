@@ -23,8 +23,7 @@ const int kSeparatorHeight = 2;
 const int kColumnDepth = 718;
 // The menu stays this far inside the screen's edges (the top keeps clear of the menu bar).
 const int kScreenMargin = 10;
-const int kRightLimit = CV_PopupScreenWidth - kScreenMargin;
-const int kTopLimit = CV_PopupScreenHeight - 30;
+const int kTopMargin = 30;
 
 // Menus open now. A menu leaves the list before its callback is called and is freed after.
 std::vector<CV_PopupMenu_t*> gOpenMenus;
@@ -144,7 +143,9 @@ void CV_PopupCurrentItem(const std::string& itemsText, int index, int& start, in
 }
 
 void CV_LayoutPopupMenu(CV_PopupMenu_t& menu, const char* itemsText, int currentItem, int buttonLeft, int buttonTop,
-                        int charWidth) {
+                        int charWidth, int screenWidth, int screenHeight) {
+    const long long rightLimit = static_cast<long long>(screenWidth) - kScreenMargin;
+    const long long topLimit = static_cast<long long>(screenHeight) - kTopMargin;
     if (currentItem < 0) currentItem = 0;
     std::vector<int> heights;
     size_t longest = 0;
@@ -192,9 +193,9 @@ void CV_LayoutPopupMenu(CV_PopupMenu_t& menu, const char* itemsText, int current
     long long top = buttonTop - currentY;
     long long right = left + columnWidth * columns;
     long long bottom = top + lowest - currentY;
-    if (right > kRightLimit) {
-        left -= right - kRightLimit;
-        right = kRightLimit;
+    if (right > rightLimit) {
+        left -= right - rightLimit;
+        right = rightLimit;
     }
     if (left < kScreenMargin) {
         right += kScreenMargin - left;
@@ -204,9 +205,9 @@ void CV_LayoutPopupMenu(CV_PopupMenu_t& menu, const char* itemsText, int current
         top += kScreenMargin - bottom;
         bottom = kScreenMargin;
     }
-    if (top > kTopLimit) {
-        bottom -= top - kTopLimit;
-        top = kTopLimit;
+    if (top > topLimit) {
+        bottom -= top - topLimit;
+        top = topLimit;
     }
     auto narrow = [](long long v) { return static_cast<int>(std::clamp<long long>(v, -1000000000, 1000000000)); };
     menu.left = narrow(left);
@@ -230,11 +231,17 @@ void XPPickPopup(int left, int top, const char* itemsText, int currentItem, CV_P
                  void* reference) {
     int charWidth = 0, charHeight = 0;
     FontSize(xplmFont_Menus, charWidth, charHeight);
+    // The menu covers the whole screen, so that a click anywhere closes it.
+    int screenWidth = 0, screenHeight = 0;
+    XPLMGetScreenSize(&screenWidth, &screenHeight);
+    if (screenWidth <= 0 || screenHeight <= 0) {
+        screenWidth = CV_PopupScreenWidth;
+        screenHeight = CV_PopupScreenHeight;
+    }
     auto* menu = new CV_PopupMenu_t();
     gOpenMenus.push_back(menu);
-    menu->window = XPLMCreateWindow(0, CV_PopupScreenHeight, CV_PopupScreenWidth, 0, 1, DrawMenu, MenuKey, MenuClick,
-                                    menu);
-    CV_LayoutPopupMenu(*menu, itemsText, currentItem, left, top, charWidth);
+    menu->window = XPLMCreateWindow(0, screenHeight, screenWidth, 0, 1, DrawMenu, MenuKey, MenuClick, menu);
+    CV_LayoutPopupMenu(*menu, itemsText, currentItem, left, top, charWidth, screenWidth, screenHeight);
     menu->callback = callback;
     menu->reference = reference;
 }

@@ -22,7 +22,7 @@ enum { xpMsg_PopupNewItemPicked = 1800 };
 // Told the picked item (-1: none) and the reference given to XPPickPopup.
 typedef void (*CV_PopupPick_f)(int item, void* reference);
 
-// The screen the menu covers and keeps inside.
+// The screen the menu covers and keeps inside when the simulator does not tell its size.
 enum { CV_PopupScreenWidth = 1024, CV_PopupScreenHeight = 768 };
 
 // One open menu. Item rectangles are relative to the menu's left and top.
@@ -38,9 +38,11 @@ struct CV_PopupMenu_t {
 };
 
 // Lays the items of `itemsText` out in columns for a button at (buttonLeft, buttonTop), with the
-// current item over the button, and places the menu on the screen. charWidth is the menus font's.
+// current item over the button, and places the menu on the screen: at least 10 pixels in from its
+// left, right and bottom edges and 30 from its top. charWidth is the menus font's.
 void CV_LayoutPopupMenu(CV_PopupMenu_t& menu, const char* itemsText, int currentItem, int buttonLeft, int buttonTop,
-                        int charWidth);
+                        int charWidth, int screenWidth = CV_PopupScreenWidth,
+                        int screenHeight = CV_PopupScreenHeight);
 // Where the current item's text lies in the item text: skips `index` ";"-terminated items.
 void CV_PopupCurrentItem(const std::string& itemsText, int index, int& start, int& length);
 

@@ -301,6 +301,58 @@ TEST(ControlPanel, ThePrintListScrollsAndJumpsBackToTheTopForNewLines) {
     EXPECT_EQ(PrintList(sim.read("after.txt")), lines(0, 19));
 }
 
+TEST(ControlPanel, TheSelectionAndTheHoveredMenuItemAreHighlightedInTheSimulatorsColours) {
+    SimFolder sim;
+    for (const char* n : {"A", "B"}) sim.writeScript(std::string("CV_") + n + ".py", Talker(n));
+    // The print list's third row (y 416 to 404) is clicked; the popup menu's first item (575 to 638,
+    // 155 to 143) is hovered.
+    const SimRun run = RunPanel(sim, {"set sim/graphics/colors/menu_hilite_rgb 0.2,0.4,0.6",
+                                      "set sim/graphics/colors/list_text_rgb 1,1,0",
+                                      "set sim/graphics/colors/menu_text_rgb 0,1,1", kOpenPanel,
+                                      "draw-log open.txt", "click 600 410", "draw-log selected.txt", kPopup,
+                                      "move 600 150", "draw-log hover.txt"});
+    ASSERT_EQ(run.exitCode, 0) << run.stderrText;
+    auto highlight = [](int top, int right, int bottom, const std::string& rgb) {
+        return "gl mode=GL_QUADS vertices=4 rgba=" + rgb + ",0.250 blend=alpha texture=0 points=(570," +
+               std::to_string(top) + ");(" + std::to_string(right) + "," + std::to_string(top) + ");(" +
+               std::to_string(right) + "," + std::to_string(bottom) + ");(570," + std::to_string(bottom) + ")\n";
+    };
+    // The first line is selected from the start.
+    const std::string open = sim.read("open.txt");
+    EXPECT_NE(open.find(highlight(440, 860, 428, "0.200,0.400,0.600")), std::string::npos) << open;
+    EXPECT_NE(open.find("string x=570 y=430 rgb=1.000,1.000,0.000 font=xplmFont_Basic \"start A\""),
+              std::string::npos);
+    const std::string selected = sim.read("selected.txt");
+    EXPECT_NE(selected.find(highlight(416, 860, 404, "0.200,0.400,0.600")), std::string::npos) << selected;
+    EXPECT_EQ(selected.find(highlight(440, 860, 428, "0.200,0.400,0.600")), std::string::npos);
+    const std::string hover = sim.read("hover.txt");
+    EXPECT_NE(hover.find("ui-element style=xpElement_PushButtonLit lit=0 left=575 top=155 right=638 bottom=143"),
+              std::string::npos)
+        << hover;
+    EXPECT_NE(hover.find("ui-element style=xpElement_PushButton lit=0 left=575 top=143 right=638 bottom=131"),
+              std::string::npos);
+    EXPECT_NE(hover.find("gl mode=GL_QUADS vertices=4 rgba=0.200,0.400,0.600,0.250 blend=alpha texture=0 "
+                         "points=(575,155);(638,155);(638,143);(575,143)"),
+              std::string::npos);
+    EXPECT_NE(hover.find("string x=593 y=145 rgb=0.000,1.000,1.000 font=xplmFont_Menus \"CV_A\""), std::string::npos);
+
+    // Without the simulator's colour, the highlight is the backup colour in the cockpit's light.
+    SimFolder dim;
+    dim.writeScript("CV_A.py", Talker("A"));
+    std::string datarefs;
+    for (const std::string& line : Lines(ReadFile(std::string(TEST_DATA_DIR) + "/DataRefs.txt")))
+        if (line.rfind("sim/graphics/colors/menu_hilite_rgb", 0) != 0) datarefs += line + "\n";
+    dim.writeFile("Resources/plugins/DataRefs.txt", datarefs);
+    ASSERT_EQ(RunPanel(dim, {"set sim/graphics/misc/cockpit_light_level_r 0.5",
+                             "set sim/graphics/misc/cockpit_light_level_g 1",
+                             "set sim/graphics/misc/cockpit_light_level_b 1", kOpenPanel, "draw-log open.txt"})
+                  .exitCode,
+              0);
+    // 65/256 at half light, 83/256 and 89/256 in full light.
+    EXPECT_NE(dim.read("open.txt").find(highlight(440, 860, 428, "0.127,0.324,0.348")), std::string::npos)
+        << dim.read("open.txt");
+}
+
 TEST(ControlPanel, LongAndMultiByteLinesAreCutSafely) {
     SimFolder sim;
     sim.writeScript("CV_Long.py", TestScript("Long", {"BrindleUtilities"},

@@ -322,6 +322,14 @@ TEST(PopupMenuLayout, ItemsColumnsAndPlacement) {
     CV_LayoutPopupMenu(high, "a;b;c", 0, 100, 760, 7);
     EXPECT_EQ(high.top, 738);
     EXPECT_EQ(high.bottom, 702);
+    // On a larger screen the bounds move with its edges.
+    CV_PopupMenu_t large;
+    CV_LayoutPopupMenu(large, "wide item", 0, 1500, 1100, 7, 1600, 1200);
+    EXPECT_EQ(large.right, 1590);
+    EXPECT_EQ(large.top, 1100);
+    CV_PopupMenu_t tall;
+    CV_LayoutPopupMenu(tall, "a", 0, 100, 1199, 7, 1600, 1200);
+    EXPECT_EQ(tall.top, 1170);
 }
 
 // ------------------------------------------------------------------ the script windows
