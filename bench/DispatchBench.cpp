@@ -1,7 +1,9 @@
 // What a script pays for the plugin's relay, each beside a baseline measured in the same run:
 // - one flight loop dispatch (trampoline, record, tuple, call, result) against a bare PyObject_Call
 //   of the same bound method with the same arguments;
-// - one XPLMGetDataf call from Python against a trivial C function called the same way.
+// - one XPLMGetDataf call from Python against a trivial C function called the same way;
+// - one flight loop dispatch into the last of 100 and of 256 loaded scripts against the same with
+//   one script loaded (the cost must not grow with the number of scripts).
 #include <benchmark/benchmark.h>
 
 #include <Python.h>
@@ -10,6 +12,7 @@
 #include <filesystem>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "BindingModules.h"
 #include "CV_ScriptTable.h"
@@ -100,10 +103,25 @@ void BM_FlightLoopBaseline_PyObjectCall(benchmark::State& state) {
 }
 BENCHMARK(BM_FlightLoopBaseline_PyObjectCall);
 
-// Calls f(arg) 1000 times from a Python loop; the reported time is per call.
-void CallFromPython(benchmark::State& state, PyObject* function) {
+// The table filled to `scripts` entries (the bench script last), then one dispatch a round.
+void BM_FlightLoopDispatchAmongScripts(benchmark::State& state) {
+    static std::vector<PyObject*> others;
+    PyObject* script = PyObject_GetAttrString(gLoop, "__self__");
+    CVTestTable->ClearScriptTable();
+    while (static_cast<int>(others.size()) < state.range(0) - 1) others.push_back(PyLong_FromLong(others.size()));
+    for (int i = 0; i < state.range(0) - 1; ++i) CVTestTable->AddScriptId(others[i], "CV_Other", CV_StandardScript);
+    CVTestTable->AddScriptId(script, "CV_Bench", CV_StandardScript);
+    _CallbackList* entry = CVTestTable->AddCallback(nullptr, script, nullptr, gLoop, nullptr);
+    for (auto _ : state) benchmark::DoNotOptimize(CV_FlightLoopCallback(0.05f, 0.05f, 1, entry));
+    CVTestTable->DeleteCallback(nullptr, entry, -1);
+    Py_DECREF(script);
+}
+BENCHMARK(BM_FlightLoopDispatchAmongScripts)->Arg(1)->Arg(100)->Arg(256);
+
+// Calls f(arg) 1000 times from a Python loop (arg: the dataref, or 1.5); the reported time is per call.
+void CallFromPython(benchmark::State& state, PyObject* function, PyObject* arg = nullptr) {
     const int kCalls = 1000;
-    PyObject* args = Py_BuildValue("(OOi)", function, gDataRef, kCalls);
+    PyObject* args = Py_BuildValue("(OOi)", function, arg ? arg : gDataRef, kCalls);
     for (auto _ : state) {
         PyObject* result = PyObject_Call(gCallMany, args, nullptr);
         if (result == nullptr) {
@@ -125,6 +143,15 @@ BENCHMARK(BM_GetDatafFromPython);
 void BM_GetDatafBaseline_TrivialCFunction(benchmark::State& state) { CallFromPython(state, gTrivial); }
 BENCHMARK(BM_GetDatafBaseline_TrivialCFunction);
 
+// abs(1.5): a one-argument builtin that returns a new float, the interpreter's own cheapest call.
+void BM_GetDatafBaseline_Abs(benchmark::State& state) {
+    PyObject* builtins = PyEval_GetBuiltins();
+    PyObject* number = PyFloat_FromDouble(1.5);
+    CallFromPython(state, PyDict_GetItemString(builtins, "abs"), number);
+    Py_DECREF(number);
+}
+BENCHMARK(BM_GetDatafBaseline_Abs);
+
 // Keeps each benchmark's time so that the ratios can be printed after the run.
 class RatioReporter : public benchmark::ConsoleReporter {
 public:
@@ -145,10 +172,13 @@ int main(int argc, char** argv) {
     auto ratio = [&](const char* measured, const char* baseline) {
         auto m = reporter.times.find(measured), b = reporter.times.find(baseline);
         if (m == reporter.times.end() || b == reporter.times.end() || b->second <= 0) return;
-        printf("%-28s %.2fx  (%s / %s)\n", measured, m->second / b->second, measured, baseline);
+        printf("%-40s %.2fx  (%s / %s)\n", measured, m->second / b->second, measured, baseline);
     };
     printf("\nRatios of CPU time against the baselines measured in this run:\n");
     ratio("BM_FlightLoopDispatch", "BM_FlightLoopBaseline_PyObjectCall");
     ratio("BM_GetDatafFromPython", "BM_GetDatafBaseline_TrivialCFunction");
+    ratio("BM_GetDatafFromPython", "BM_GetDatafBaseline_Abs");
+    ratio("BM_FlightLoopDispatchAmongScripts/100", "BM_FlightLoopDispatchAmongScripts/1");
+    ratio("BM_FlightLoopDispatchAmongScripts/256", "BM_FlightLoopDispatchAmongScripts/1");
     return 0;
 }

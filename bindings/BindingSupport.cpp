@@ -1,6 +1,7 @@
 // The binding toolkit shared by all script-facing modules.
 #include "BindingSupport.h"
 
+#include <climits>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -88,6 +89,39 @@ bool CV_PointerWord(PyObject* object, void** word) {
 }
 
 int CV_PointerArg(PyObject* object, void* address) { return CV_PointerWord(object, static_cast<void**>(address)); }
+
+bool CV_ArgCount(Py_ssize_t given, Py_ssize_t wanted) {
+    if (given == wanted) return true;
+    PyErr_Format(PyExc_TypeError, "function takes exactly %zd argument%s (%zd given)", wanted, wanted == 1 ? "" : "s",
+                 given);
+    return false;
+}
+
+bool CV_IntArg(PyObject* object, int* value) {
+    const long number = PyLong_AsLong(object);
+    if (number == -1 && PyErr_Occurred()) return false;
+    if (number > INT_MAX || number < INT_MIN) {
+        PyErr_SetString(PyExc_OverflowError, number > INT_MAX ? "signed integer is greater than maximum"
+                                                              : "signed integer is less than minimum");
+        return false;
+    }
+    *value = static_cast<int>(number);
+    return true;
+}
+
+bool CV_DoubleArg(PyObject* object, double* value) {
+    const double number = PyFloat_AsDouble(object);
+    if (number == -1.0 && PyErr_Occurred()) return false;
+    *value = number;
+    return true;
+}
+
+bool CV_FloatArg(PyObject* object, float* value) {
+    double number = 0.0;
+    if (!CV_DoubleArg(object, &number)) return false;
+    *value = static_cast<float>(number);
+    return true;
+}
 
 // ---------------------------------------------------------------- results
 

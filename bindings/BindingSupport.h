@@ -149,6 +149,17 @@ bool CV_PointerWord(PyObject* object, void** word);
 // handle (XPLMDataRef, XPLMWindowID, void* refcon ...).
 int CV_PointerArg(PyObject* object, void* address);
 
+// Per-frame bindings take their arguments as METH_FASTCALL vectors and convert them directly, with
+// the texts PyArg_ParseTuple gives for the same mistakes: "function takes exactly 2 arguments (1
+// given)", the int range errors of "i", the conversion errors of "f" and "d". False with the
+// Python error set.
+bool CV_ArgCount(Py_ssize_t given, Py_ssize_t wanted);
+bool CV_IntArg(PyObject* object, int* value);
+bool CV_FloatArg(PyObject* object, float* value);
+bool CV_DoubleArg(PyObject* object, double* value);
+// A METH_FASTCALL function for a method table.
+#define CV_FASTCALL(function) reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(function))
+
 // ---------------------------------------------------------------- results
 
 // The Python int a binding answers with; CV_IntResult(0) is the failure value of every binding.

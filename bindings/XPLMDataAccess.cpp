@@ -76,60 +76,55 @@ template <typename T>
 struct Scalar;
 template <>
 struct Scalar<int> {
-    static constexpr const char* kSetFormat = "O&i";
+    static bool Arg(PyObject* object, int* value) { return CV_IntArg(object, value); }
     static PyObject* Result(int value) { return PyLong_FromLong(value); }
 };
 template <>
 struct Scalar<float> {
-    static constexpr const char* kSetFormat = "O&f";
+    static bool Arg(PyObject* object, float* value) { return CV_FloatArg(object, value); }
     static PyObject* Result(float value) { return PyFloat_FromDouble(value); }
 };
 template <>
 struct Scalar<double> {
-    static constexpr const char* kSetFormat = "O&d";
+    static bool Arg(PyObject* object, double* value) { return CV_DoubleArg(object, value); }
     static PyObject* Result(double value) { return PyFloat_FromDouble(value); }
 };
 
 // The functions of one data reference that answer one value: the typed getters,
-// XPLMCanWriteDataRef and XPLMGetDataRefTypes.
+// XPLMCanWriteDataRef and XPLMGetDataRefTypes. Scripts call the getters and setters every frame, so
+// they convert their arguments directly.
 template <typename T, T (*Get)(XPLMDataRef)>
-PyObject* GetScalar(PyObject* args, const char* function) {
+PyObject* GetScalar(PyObject* const* args, Py_ssize_t count, const char* function) {
     XPLMDataRef dataRef = nullptr;
-    if (!PyArg_ParseTuple(args, "O&", CV_PointerArg, &dataRef)) return nullptr;
+    if (!CV_ArgCount(count, 1) || !CV_PointerArg(args[0], &dataRef)) return nullptr;
     T value{};
     CV_SDK_GUARD(kModule, function, CV_IntResult(0), value = Get(dataRef));
     return Scalar<T>::Result(value);
 }
 
 template <typename T, void (*Set)(XPLMDataRef, T)>
-PyObject* SetScalar(PyObject* args, const char* function) {
+PyObject* SetScalar(PyObject* const* args, Py_ssize_t count, const char* function) {
     XPLMDataRef dataRef = nullptr;
     T value{};
-    if (!PyArg_ParseTuple(args, Scalar<T>::kSetFormat, CV_PointerArg, &dataRef, &value)) return nullptr;
+    if (!CV_ArgCount(count, 2) || !CV_PointerArg(args[0], &dataRef) || !Scalar<T>::Arg(args[1], &value))
+        return nullptr;
     CV_SDK_GUARD(kModule, function, CV_IntResult(0), Set(dataRef, value));
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPLMCanWriteDataRef(PyObject* self, PyObject* args) {
-    return GetScalar<int, XPLMCanWriteDataRef>(args, "XPLMCanWriteDataRef");
-}
-PyObject* PY_XPLMGetDataRefTypes(PyObject* self, PyObject* args) {
-    return GetScalar<XPLMDataTypeID, XPLMGetDataRefTypes>(args, "XPLMGetDataRefTypes");
-}
-PyObject* PY_XPLMGetDatai(PyObject* self, PyObject* args) { return GetScalar<int, XPLMGetDatai>(args, "XPLMGetDatai"); }
-PyObject* PY_XPLMSetDatai(PyObject* self, PyObject* args) { return SetScalar<int, XPLMSetDatai>(args, "XPLMSetDatai"); }
-PyObject* PY_XPLMGetDataf(PyObject* self, PyObject* args) {
-    return GetScalar<float, XPLMGetDataf>(args, "XPLMGetDataf");
-}
-PyObject* PY_XPLMSetDataf(PyObject* self, PyObject* args) {
-    return SetScalar<float, XPLMSetDataf>(args, "XPLMSetDataf");
-}
-PyObject* PY_XPLMGetDatad(PyObject* self, PyObject* args) {
-    return GetScalar<double, XPLMGetDatad>(args, "XPLMGetDatad");
-}
-PyObject* PY_XPLMSetDatad(PyObject* self, PyObject* args) {
-    return SetScalar<double, XPLMSetDatad>(args, "XPLMSetDatad");
-}
+#define CV_SCALAR_BINDING(Kind, T, Function)                                           \
+    PyObject* PY_##Function(PyObject*, PyObject* const* args, Py_ssize_t count) {      \
+        return Kind##Scalar<T, Function>(args, count, #Function);                      \
+    }
+CV_SCALAR_BINDING(Get, int, XPLMCanWriteDataRef)
+CV_SCALAR_BINDING(Get, XPLMDataTypeID, XPLMGetDataRefTypes)
+CV_SCALAR_BINDING(Get, int, XPLMGetDatai)
+CV_SCALAR_BINDING(Set, int, XPLMSetDatai)
+CV_SCALAR_BINDING(Get, float, XPLMGetDataf)
+CV_SCALAR_BINDING(Set, float, XPLMSetDataf)
+CV_SCALAR_BINDING(Get, double, XPLMGetDatad)
+CV_SCALAR_BINDING(Set, double, XPLMSetDatad)
+#undef CV_SCALAR_BINDING
 
 // ---------------------------------------------------------------- arrays
 
@@ -508,14 +503,14 @@ const CV_IntConstant XPLMDataAccessConstants[] = {
 
 PyMethodDef XPLMDataAccessMethods[] = {
     {"XPLMFindDataRef", PY_XPLMFindDataRef, METH_VARARGS, "Find Dataref."},
-    {"XPLMCanWriteDataRef", PY_XPLMCanWriteDataRef, METH_VARARGS, "Test for writable Dataref."},
-    {"XPLMGetDataRefTypes", PY_XPLMGetDataRefTypes, METH_VARARGS, "Get the Dataref Type."},
-    {"XPLMGetDatai", PY_XPLMGetDatai, METH_VARARGS, "Get Integer Dataref."},
-    {"XPLMSetDatai", PY_XPLMSetDatai, METH_VARARGS, "Set Integer Dataref."},
-    {"XPLMGetDataf", PY_XPLMGetDataf, METH_VARARGS, "Get Float Dataref."},
-    {"XPLMSetDataf", PY_XPLMSetDataf, METH_VARARGS, "Set Float Dataref."},
-    {"XPLMGetDatad", PY_XPLMGetDatad, METH_VARARGS, "Get Double Dataref."},
-    {"XPLMSetDatad", PY_XPLMSetDatad, METH_VARARGS, "Set Double Dataref."},
+    {"XPLMCanWriteDataRef", CV_FASTCALL(PY_XPLMCanWriteDataRef), METH_FASTCALL, "Test for writable Dataref."},
+    {"XPLMGetDataRefTypes", CV_FASTCALL(PY_XPLMGetDataRefTypes), METH_FASTCALL, "Get the Dataref Type."},
+    {"XPLMGetDatai", CV_FASTCALL(PY_XPLMGetDatai), METH_FASTCALL, "Get Integer Dataref."},
+    {"XPLMSetDatai", CV_FASTCALL(PY_XPLMSetDatai), METH_FASTCALL, "Set Integer Dataref."},
+    {"XPLMGetDataf", CV_FASTCALL(PY_XPLMGetDataf), METH_FASTCALL, "Get Float Dataref."},
+    {"XPLMSetDataf", CV_FASTCALL(PY_XPLMSetDataf), METH_FASTCALL, "Set Float Dataref."},
+    {"XPLMGetDatad", CV_FASTCALL(PY_XPLMGetDatad), METH_FASTCALL, "Get Double Dataref."},
+    {"XPLMSetDatad", CV_FASTCALL(PY_XPLMSetDatad), METH_FASTCALL, "Set Double Dataref."},
     {"XPLMGetDatavi", PY_XPLMGetDatavi, METH_VARARGS, "Get Integer Array Dataref."},
     {"XPLMSetDatavi", PY_XPLMSetDatavi, METH_VARARGS, "Set Integer Array Dataref."},
     {"XPLMGetDatavf", PY_XPLMGetDatavf, METH_VARARGS, "Get Float Array Dataref."},

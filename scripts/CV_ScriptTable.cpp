@@ -32,16 +32,26 @@ void CV_ScriptTable::AddScriptId(PyObject* scriptId, const char* moduleName, Typ
     if (Find(scriptId) != nullptr) return;
     _CV_ScriptEntry entry;
     entry.scriptId = scriptId;
-    entry.enabled = 1;
     entry.moduleName = moduleName ? moduleName : "";
     entry.type = type;
     entry.features.assign(numberOfFeatures > 0 ? numberOfFeatures : 0, 0);
     entries.push_back(entry);
+    // Registrations a script made before it joined the table (from its constructor) reach its flag now.
+    for (const CV_ListEntry& list : CV_CallbackLists) {
+        if (list.callbacks)
+            for (_CallbackList* e : *list.callbacks)
+                if (e && e->record && e->record->scriptId == scriptId && !e->record->scriptEnabled)
+                    e->record->scriptEnabled = entry.enabled;
+        if (list.widgets)
+            for (_WidgetCallbackListEntry* e : *list.widgets)
+                if (e && e->scriptId == scriptId && !e->scriptEnabled) e->scriptEnabled = entry.enabled;
+    }
 }
 
 void CV_ScriptTable::RemoveScriptId(PyObject* scriptId, TypeOfScript type) {
     for (auto it = entries.begin(); it != entries.end(); ++it) {
         if (it->scriptId == scriptId && it->type == type) {
+            *it->enabled = 0;
             entries.erase(it);
             return;
         }
@@ -49,6 +59,7 @@ void CV_ScriptTable::RemoveScriptId(PyObject* scriptId, TypeOfScript type) {
 }
 
 void CV_ScriptTable::ClearScriptTable() {
+    for (auto& e : entries) *e.enabled = 0;
     entries.clear();
     scriptsReleased = 0;
 }
@@ -75,14 +86,19 @@ TypeOfScript CV_ScriptTable::GetScriptType(PyObject* scriptId) const {
 
 int CV_ScriptTable::GetScriptEnabledStatus(PyObject* scriptId) const {
     const _CV_ScriptEntry* e = Find(scriptId);
-    return e ? e->enabled : 0;
+    return e ? *e->enabled : 0;
+}
+
+std::shared_ptr<const int> CV_ScriptTable::GetScriptEnabledFlag(PyObject* scriptId) const {
+    const _CV_ScriptEntry* e = Find(scriptId);
+    return e ? e->enabled : nullptr;
 }
 
 int CV_ScriptTable::SetScriptEnabledStatus(PyObject* scriptId, int enabled) {
     _CV_ScriptEntry* e = Find(scriptId);
     if (e == nullptr) return 0;
-    int previous = e->enabled;
-    e->enabled = enabled;
+    int previous = *e->enabled;
+    *e->enabled = enabled;
     return previous;
 }
 

@@ -4,6 +4,7 @@
 
 #include <Python.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -16,7 +17,9 @@ enum { CV_StandardScript = 1 };
 // One loaded script.
 struct _CV_ScriptEntry {
     PyObject* scriptId = nullptr;  // the script's Corvelle instance; the table holds its reference
-    int enabled = 1;               // 1 enabled, 0 disabled by the user
+    // 1 enabled, 0 disabled by the user. Shared with the script's callback records, which read it on
+    // every dispatch without looking the script up; set to 0 when the script leaves the table.
+    std::shared_ptr<int> enabled = std::make_shared<int>(1);
     int reserved1 = 0;             // copied with the entry, otherwise unused
     int reserved2 = 0;
     std::string moduleName;        // file name without extension
@@ -58,6 +61,8 @@ public:
     const char* GetScriptName(int index) const;
     TypeOfScript GetScriptType(PyObject* scriptId) const;
     int GetScriptEnabledStatus(PyObject* scriptId) const;
+    // The script's enabled flag for a callback record; null for an id that is not in the table.
+    std::shared_ptr<const int> GetScriptEnabledFlag(PyObject* scriptId) const;
     int SetScriptEnabledStatus(PyObject* scriptId, int enabled);
     PyObject* GetScriptIdFromSignature(const char* signature) const;
     PyObject* GetScriptIdFromModuleName(const char* moduleName) const;

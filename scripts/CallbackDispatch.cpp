@@ -25,14 +25,14 @@ struct Target {
     void* refcon = nullptr;
 };
 
-// Reads the record behind a refcon: one or two pointer dereferences and the script's enabled flag.
+// Reads the record behind a refcon: one or two pointer dereferences and the script's enabled flag,
+// which the record shares with the script table, so no script is looked up.
 // Nothing is taken from a record whose interpreter has gone, so a leftover registration of an
 // earlier run never touches Python objects.
 Reach Resolve(const _CallbackList* entry, Target& target) {
     const _CallbackRecord* record = entry ? entry->record : nullptr;
     if (record == nullptr || record->inert || !CV_IsCurrentGeneration(record->generation)) return Reach::Skip;
-    if (record->scriptId == nullptr || CVTestTable == nullptr ||
-        CVTestTable->GetScriptEnabledStatus(record->scriptId) == 0)
+    if (record->scriptId == nullptr || record->scriptEnabled == nullptr || *record->scriptEnabled == 0)
         return Reach::Skip;
     if (record->callable == nullptr) return Reach::NoCallable;
     target.callable = record->callable;
@@ -574,8 +574,8 @@ int CallUserWidgetCallback(XPWidgetMessage inMessage, XPWidgetID inWidget, intpt
     int found = 0, index = 0;
     const _WidgetCallbackListEntry* entry = CVTestTable->FindWidgetCallback(WidgetCallbackList, inWidget, &found, &index);
     if (!found || entry == nullptr) return 1;
-    if (!CV_IsCurrentGeneration(entry->generation) || entry->scriptId == nullptr ||
-        CVTestTable->GetScriptEnabledStatus(entry->scriptId) == 0)
+    if (!CV_IsCurrentGeneration(entry->generation) || entry->scriptId == nullptr || entry->scriptEnabled == nullptr ||
+        *entry->scriptEnabled == 0)
         return 0;
     if (entry->callable == nullptr) {
         CannotFind("Cannot find method UserWidgetCallback\n");

@@ -98,6 +98,7 @@ _CallbackList* CV_ScriptTable::AddCallback(CV_CallbackVector* list, PyObject* sc
                                            PyObject* callable, void* refcon) {
     _CallbackRecord* record = new _CallbackRecord;
     record->scriptId = scriptId;
+    record->scriptEnabled = GetScriptEnabledFlag(scriptId);
     record->sdkHandle = sdkHandle;
     record->callable = callable;
     record->refcon = refcon;
@@ -164,6 +165,7 @@ _WidgetCallbackListEntry* CV_ScriptTable::AddWidgetCallback(CV_WidgetCallbackVec
                                                             void* container) {
     _WidgetCallbackListEntry* entry = new _WidgetCallbackListEntry;
     entry->scriptId = scriptId;
+    entry->scriptEnabled = GetScriptEnabledFlag(scriptId);
     entry->widgetId = widgetId;
     entry->callable = callable;
     entry->isRoot = isRoot;
@@ -194,6 +196,7 @@ int CV_ScriptTable::UpdateWidgetCallback(CV_WidgetCallbackVector* list, PyObject
         const bool oldHolds = e->holdsReference;
         const unsigned oldGeneration = e->generation;
         e->scriptId = scriptId;
+        e->scriptEnabled = GetScriptEnabledFlag(scriptId);
         e->callable = callable;
         // The entry now belongs to the running interpreter, whatever made the widget.
         e->generation = CV_InterpreterGeneration;

@@ -14,6 +14,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,7 @@ struct _CallbackRecord {
     unsigned generation = 0;       // the interpreter generation the record was made in
     bool holdsReference = false;   // a reference on the callable is held while registered
     bool inert = false;            // taken back by the script while the simulator still holds it: never called
+    std::shared_ptr<const int> scriptEnabled;  // the script's enabled flag in the script table; null: not there
 };
 
 // One registered callback of any kind except widgets. The list stores the address of this object,
@@ -44,6 +46,7 @@ struct _WidgetCallbackListEntry {
     void* container = nullptr;     // the parent given at creation
     unsigned generation = 0;
     bool holdsReference = false;
+    std::shared_ptr<const int> scriptEnabled;  // as in _CallbackRecord
 };
 
 typedef std::vector<_CallbackList*> CV_CallbackVector;

@@ -13,6 +13,10 @@
 //   sim/aircraft/view/acf_tailnum     byte[40], writable
 #include <gtest/gtest.h>
 
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "SimHarness.h"
 
 namespace {
@@ -133,6 +137,36 @@ TEST(DataAccess, ScalarsRoundTripThroughTheSimulator) {
         << out;
     // A refused argument is the interpreter's parse error only: no report.
     EXPECT_EQ(CountOf(sim.log(), "Module - "), 0u) << sim.log();
+}
+
+// The scalar getters and setters convert their arguments directly; each mistake raises exactly what
+// the interpreter's own argument parsing raises for it.
+TEST(DataAccess, ScalarArgumentMistakesRaiseTheInterpretersErrors) {
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"XPLMGetDataf()", "TypeError function takes exactly 1 argument (0 given)"},
+        {"XPLMGetDataf(FLOAT, 1)", "TypeError function takes exactly 1 argument (2 given)"},
+        {"XPLMGetDataf('x')", "TypeError an integer is required"},
+        {"XPLMGetDatai(None)", "TypeError an integer is required"},
+        {"XPLMGetDatad(2**70)", "OverflowError Python int too large to convert to C unsigned long"},
+        {"XPLMSetDatai(INT)", "TypeError function takes exactly 2 arguments (1 given)"},
+        {"XPLMSetDatai(INT, 1.5)", "TypeError 'float' object cannot be interpreted as an integer"},
+        {"XPLMSetDatai(INT, 2**40)", "OverflowError signed integer is greater than maximum"},
+        {"XPLMSetDatai(INT, -2**40)", "OverflowError signed integer is less than minimum"},
+        {"XPLMSetDatai(INT, 2**70)", "OverflowError Python int too large to convert to C long"},
+        {"XPLMSetDataf(FLOAT, 'a')", "TypeError must be real number, not str"},
+        {"XPLMSetDataf(FLOAT, 2**2000)", "OverflowError int too large to convert to float"},
+        {"XPLMSetDatad(DOUBLE, None)", "TypeError must be real number, not NoneType"},
+        {"(XPLMSetDatai(INT, True), XPLMGetDatai(INT))", "(1, 1)"},
+    };
+    std::string start, expected;
+    for (const auto& [call, answer] : cases) {
+        start += "        attempt(\"" + call + "\", lambda: " + call + ")\n";
+        expected += call + " " + answer + "\n";
+    }
+    SimFolder sim;
+    sim.writeScript("CV_Mistakes.py", DataScript(start));
+    ASSERT_EQ(sim.run({"--frames", "1"}).exitCode, 0);
+    EXPECT_EQ(sim.output(), expected + "start done\n");
 }
 
 TEST(DataAccess, IntAndFloatArrays) {

@@ -33,8 +33,23 @@ TEST(ScriptTable, EntriesAreKeyedByIdentity) {
     EXPECT_STREQ(desc, "second");
     EXPECT_EQ(type, 1);
 
+    // Callback records share the script's flag; one made before its script joined gets it on joining.
+    CV_CallbackVector list;
+    _CallbackList* early = table.AddCallback(&FlightLoopCallbackList, Id(3), nullptr, nullptr, nullptr);
+    EXPECT_EQ(early->record->scriptEnabled, nullptr);
+    table.AddScriptId(Id(3), "CV_three", 1);
+    _CallbackList* two = table.AddCallback(&list, Id(2), nullptr, nullptr, nullptr);
+    ASSERT_NE(early->record->scriptEnabled, nullptr);
+    EXPECT_EQ(*early->record->scriptEnabled, 1);
+    table.RemoveScriptId(Id(3), 1);
+    EXPECT_EQ(*early->record->scriptEnabled, 0);
+    table.DeleteCallback(&FlightLoopCallbackList, early, -1);
+
     EXPECT_EQ(table.SetScriptEnabledStatus(Id(9), 0), 0);
+    EXPECT_EQ(*two->record->scriptEnabled, 1);
     EXPECT_EQ(table.SetScriptEnabledStatus(Id(2), 0), 1);
+    EXPECT_EQ(*two->record->scriptEnabled, 0);
+    table.DeleteCallback(&list, two, -1);
     EXPECT_EQ(table.GetScriptEnabledStatus(Id(2)), 0);
     EXPECT_EQ(table.GetScriptEnabledStatus(Id(9)), 0);
 
