@@ -8,6 +8,8 @@
 
 // The version text, 2.67.07 followed by the SDK level found at start.
 extern char CorvelleVersionNumber[256];
+// The credit that follows the version in the log header and the control panel's title.
+extern const char CV_CreditText[];
 // POSIX path of the PythonScripts folder as appended to sys.path.
 extern char gCV_PythonPath[512];
 

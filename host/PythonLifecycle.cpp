@@ -17,10 +17,9 @@
 #include "XPLMUtilities.h"
 
 char gCV_PythonPath[512] = {0};
+const char CV_CreditText[] = "by the Corvelle developers";
 
 namespace {
-
-const char* kCreditText = "by the Corvelle developers";
 
 // Extension modules in the standard library expect the interpreter's symbols to be global; the
 // simulator loads plugins privately, so the interpreter library is promoted once.
@@ -57,7 +56,7 @@ void StartPython(int enableScripts) {
     CV_OutputFileEnabled = 1;
 
     CV_WriteToLog("+++ LOGGING STARTED +++\n");
-    CV_WriteToLogf("%s %s %s\n", "Corvelle", CorvelleVersionNumber, kCreditText);
+    CV_WriteToLogf("%s %s %s\n", "Corvelle", CorvelleVersionNumber, CV_CreditText);
 
     std::string iniSimPath = CV_SimPath({"Resources", "plugins", "Corvelle", "Corvelle.ini"});
     if (CV_ConvertPath(iniSimPath.c_str(), CV_PluginDataFile, sizeof CV_PluginDataFile) != 0) {

@@ -1,13 +1,19 @@
 // The control panel's shared texts and the display and print line sinks.
 #include "PanelState.h"
 
+#include <algorithm>
 #include <cstring>
+#include <vector>
 
+#include "ListBox.h"
+#include "PopupMenu.h"
 #include "XPWidgets.h"
 
 char szPopupText[4096] = {0};
 char ScriptName[256] = {0};
 XPWidgetID CorvellePopup = nullptr;
+XPWidgetID CorvelleDisplayConsole = nullptr;
+XPWidgetID CorvellePrintConsole = nullptr;
 
 std::string gCV_PendingDisplayText;
 std::string gCV_PendingPrintText;
@@ -16,8 +22,6 @@ namespace {
 
 const size_t kWrapColumn = 45;
 const size_t kPendingLimit = 64999;
-// The popup's current-item property.
-const XPWidgetPropertyID kPopupCurrentItem = 1800;
 
 // Cuts `first` at the wrap column and returns the remainder, following the wrap rule.
 std::string SplitAtWrapColumn(std::string& first) {
@@ -40,18 +44,32 @@ std::string SplitAtWrapColumn(std::string& first) {
     return rest;
 }
 
-void AddItem(const char* text, size_t workSize, size_t pieceSize, std::string& pending) {
+// workSize is the line's work buffer (the line is cut to fit it), pieceSize that of the second
+// and third pieces.
+void AddItem(const char* text, size_t workSize, size_t pieceSize, std::string& pending, XPWidgetID listBox) {
     if (text == nullptr || text[0] == '\0') return;
     std::string line(text, strnlen(text, workSize - 1));
     std::string a, b, c;
     CV_WrapLine(line, pieceSize, a, b, c);
-    // The list boxes come with the panel; until then lines wait in the pending text.
-    if (pending.size() > kPendingLimit) return;
+    if (listBox == nullptr) {
+        // The list boxes come with the panel; until then lines wait in the pending text, which
+        // never grows past its capacity: a piece that does not fit is dropped with those after it.
+        if (pending.size() > kPendingLimit) return;
+        for (const std::string* piece : {&a, &b, &c}) {
+            if (piece->empty()) continue;
+            if (pending.size() + piece->size() + 1 > CV_PendingCapacity) break;
+            pending += *piece;
+            pending += ';';
+        }
+        return;
+    }
     for (const std::string* piece : {&a, &b, &c}) {
         if (piece->empty()) continue;
-        pending += *piece;
-        pending += ';';
+        XPSetWidgetDescriptor(listBox, piece->c_str());
+        XPSetWidgetProperty(listBox, xpProperty_ListBoxAddItem, 1);
     }
+    // The box was filled with the pending text when it was made.
+    if (!pending.empty()) pending.clear();
 }
 
 }  // namespace
@@ -64,16 +82,38 @@ void CV_WrapLine(const std::string& line, size_t pieceSize, std::string& a, std:
     if (pieceSize > 0 && c.size() > pieceSize - 1) c.resize(pieceSize - 1);
 }
 
-void AddDisplayItem(const char* text) { AddItem(text, 256, 256, gCV_PendingDisplayText); }
+void AddDisplayItem(const char* text) { AddItem(text, 256, 256, gCV_PendingDisplayText, CorvelleDisplayConsole); }
 
-void AddPrintItem(const char* text) { AddItem(text, 65536, 32768, gCV_PendingPrintText); }
+void AddPrintItem(const char* text) { AddItem(text, 65536, 32768, gCV_PendingPrintText, CorvellePrintConsole); }
 
 void CV_UpdateScriptPopup() {
     if (CorvellePopup == nullptr) return;
     XPSetWidgetDescriptor(CorvellePopup, szPopupText);
-    XPSetWidgetProperty(CorvellePopup, kPopupCurrentItem, 0);
+    XPSetWidgetProperty(CorvellePopup, xpProperty_PopupCurrentItem, 0);
 }
 
-void ClearDisplay() { gCV_PendingDisplayText.clear(); }
+void ClearDisplay() {
+    if (CorvelleDisplayConsole != nullptr) XPSetWidgetProperty(CorvelleDisplayConsole, xpProperty_ListBoxClear, 1);
+}
 
-void ClearPrint() { gCV_PendingPrintText.clear(); }
+void ClearPrint() {
+    if (CorvellePrintConsole != nullptr) XPSetWidgetProperty(CorvellePrintConsole, xpProperty_ListBoxClear, 1);
+}
+
+std::string CV_GetDescriptor(XPWidgetID widget, size_t limit) {
+    const int length = XPGetWidgetDescriptor(widget, nullptr, 0);
+    if (length <= 0 || limit == 0) return std::string();
+    const size_t size = std::min(static_cast<size_t>(length), limit);
+    std::vector<char> buffer(size + 1, '\0');
+    XPGetWidgetDescriptor(widget, buffer.data(), static_cast<int>(size));
+    buffer[size] = '\0';
+    return std::string(buffer.data(), strnlen(buffer.data(), size));
+}
+
+void CV_ResetPanelState() {
+    gCV_PendingDisplayText.clear();
+    gCV_PendingPrintText.clear();
+    CorvellePopup = nullptr;
+    CorvelleDisplayConsole = nullptr;
+    CorvellePrintConsole = nullptr;
+}

@@ -52,8 +52,10 @@ struct GlState {
     float pointSize = 1.0f;
     bool blend = false;
     bool texture = false;
-    GLenum sourceFactor = GL_ONE;
-    GLenum destinationFactor = GL_ZERO;
+    // The simulator draws its 2-d art with this blend function and expects plugins to leave it so:
+    // a plugin that only switches blending on (XPLMSetGraphicsState) blends with it.
+    GLenum sourceFactor = GL_SRC_ALPHA;
+    GLenum destinationFactor = GL_ONE_MINUS_SRC_ALPHA;
     GLenum matrixMode = GL_MODELVIEW;
     std::vector<Matrix> modelview{Matrix()};
     size_t otherDepth = 1;  // the projection and texture stacks: kept only as depths

@@ -178,6 +178,20 @@ TEST_F(sim_Screen, BoxesGlShapesAndBlendingLandOnThePixelsTheyName) {
     EXPECT_EQ(xpsim::ScreenItemCount(), 0u);
 }
 
+TEST_F(sim_Screen, BlendingSwitchedOnAloneBlendsAsTheSimulatorKeepsIt) {
+    const xpsim::DrawingScope drawing;
+    glColor3f(1.0f, 0.0f, 0.0f);
+    Quad(GL_QUADS, 300, 300, 340, 340);
+    XPLMSetGraphicsState(0, 0, 0, 0, 1, 0, 0);
+    glColor4f(0.0f, 0.0f, 1.0f, 0.5f);
+    Quad(GL_QUADS, 300, 300, 340, 340);
+    EXPECT_PIXEL(310, 310, Half(0x0000ff, 0xff0000));
+    EXPECT_EQ(xpsim::DrawingThisFrame().back(),
+              "gl mode=GL_QUADS vertices=4 rgba=0.000,0.000,1.000,0.500 blend=alpha texture=0 "
+              "points=(300,300);(340,300);(340,340);(300,340)");
+    XPLMSetGraphicsState(0, 0, 0, 0, 0, 0, 0);
+}
+
 TEST_F(sim_Screen, TextIsPaintedInItsFontCellsAndMisusedGlIsReportedOrIgnored) {
     NewLog();
     glBegin(GL_LINES);  // not drawing: ignored, noted once

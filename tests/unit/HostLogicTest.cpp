@@ -114,39 +114,6 @@ TEST(Paths, ColonPathsBecomePosixOthersStay) {
     EXPECT_STREQ(drive, "C//x/y/z");
 }
 
-TEST(PrintList, WrapsAtFortyFiveColumnsIntoThreePieces) {
-    std::string a, b, c;
-    CV_WrapLine(std::string(100, 'x'), 32768, a, b, c);
-    EXPECT_EQ(a.size(), 45u);
-    EXPECT_EQ(b.size(), 45u);
-    EXPECT_EQ(c.size(), 10u);
-
-    std::string spaced = std::string(45, 'a') + " tail";
-    CV_WrapLine(spaced, 32768, a, b, c);
-    EXPECT_EQ(a, std::string(45, 'a'));
-    EXPECT_EQ(b, " tail");
-
-    CV_WrapLine("the quick brown fox jumps over the lazy dog and keeps running far away", 32768, a, b, c);
-    EXPECT_EQ(a, "the quick brown fox jumps over the lazy dog");
-    EXPECT_EQ(b, "and keeps running far away");
-    EXPECT_EQ(c, "");
-
-    // The third piece is not wrapped further.
-    CV_WrapLine(std::string(200, 'y'), 32768, a, b, c);
-    EXPECT_EQ(c.size(), 110u);
-
-    gCV_PendingPrintText.clear();
-    AddPrintItem(std::string(100, 'z').c_str());
-    AddPrintItem("");
-    EXPECT_EQ(gCV_PendingPrintText, std::string(45, 'z') + ";" + std::string(45, 'z') + ";" + std::string(10, 'z') + ";");
-    // Beyond 64999 pending characters lines are dropped.
-    gCV_PendingPrintText.assign(65000, 'q');
-    AddPrintItem("lost");
-    EXPECT_EQ(gCV_PendingPrintText.size(), 65000u);
-    ClearPrint();
-    EXPECT_TRUE(gCV_PendingPrintText.empty());
-}
-
 TEST(OutputCapture, LineFeedsLeaveThePrintListItemCarriageReturnsStay) {
     char item[4096];
     CV_StripLineFeeds("\n\n\n", item, sizeof item);
