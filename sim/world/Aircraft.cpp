@@ -241,17 +241,6 @@ void LoadSlot(const char* function, int slot, const std::string& path) {
     SendPlaneLoaded(slot);
 }
 
-// The angle between two points on the earth, in radians.
-double Separation(double latitude1, double longitude1, double latitude2, double longitude2) {
-    const double radians = M_PI / 180.0;
-    const double dLatitude = (latitude2 - latitude1) * radians;
-    const double dLongitude = (longitude2 - longitude1) * radians;
-    const double h = std::sin(dLatitude / 2) * std::sin(dLatitude / 2) +
-                     std::cos(latitude1 * radians) * std::cos(latitude2 * radians) * std::sin(dLongitude / 2) *
-                         std::sin(dLongitude / 2);
-    return 2.0 * std::asin(std::min(1.0, std::sqrt(h)));
-}
-
 // Tells the waiting plugins, in the order they asked, that the aircraft are free, until one of them
 // takes them. Each is told once; disabled plugins are passed over.
 void TellWaiters() {
@@ -316,7 +305,7 @@ bool UpdateReferencePoint() {
         Publish();
     }
     const double distance =
-        Separation(ReferenceLatitude(), ReferenceLongitude(), s.latitude, s.longitude) * kEarthRadius;
+        GreatCircleAngle(ReferenceLatitude(), ReferenceLongitude(), s.latitude, s.longitude) * kEarthRadius;
     if (!(distance > kReferenceShiftDistance)) return false;
     MoveReference(s.latitude, s.longitude);
     Publish();

@@ -12,6 +12,8 @@
 #include <limits>
 #include <vector>
 
+#include "world/DataText.h"
+#include "world/Position.h"
 #include "world/World.h"
 
 namespace xpsim {
@@ -101,25 +103,8 @@ std::string Join(const Fields& fields, size_t from) {
     return text;
 }
 
-bool Real(const std::string& text, double& value) {
-    if (text.empty()) return false;
-    char* end = nullptr;
-    errno = 0;
-    value = std::strtod(text.c_str(), &end);
-    return *end == '\0' && errno != ERANGE && std::isfinite(value);
-}
-
-bool Whole(const std::string& text, int& value) {
-    if (text.empty()) return false;
-    char* end = nullptr;
-    errno = 0;
-    const long parsed = std::strtol(text.c_str(), &end, 10);
-    if (*end != '\0' || errno == ERANGE || parsed < std::numeric_limits<int>::min() ||
-        parsed > std::numeric_limits<int>::max())
-        return false;
-    value = int(parsed);
-    return true;
-}
+using data_text::Real;
+using data_text::Whole;
 
 // Reads the fields of one row; the first one that is not what the row needs says why in `why`.
 class RowReader {
@@ -451,17 +436,6 @@ bool Contains(const std::string& text, const char* fragment) {
     return Lower(text).find(Lower(fragment)) != std::string::npos;
 }
 
-// The angle between two points on the earth, in radians.
-double Separation(double latitude1, double longitude1, double latitude2, double longitude2) {
-    const double radians = M_PI / 180.0;
-    const double dLatitude = (latitude2 - latitude1) * radians;
-    const double dLongitude = (longitude2 - longitude1) * radians;
-    const double h = std::sin(dLatitude / 2) * std::sin(dLatitude / 2) +
-                     std::cos(latitude1 * radians) * std::cos(latitude2 * radians) * std::sin(dLongitude / 2) *
-                         std::sin(dLongitude / 2);
-    return 2.0 * std::asin(std::min(1.0, std::sqrt(h)));
-}
-
 bool OneType(const char* function, XPLMNavType type) {
     if (type > 0 && (type & (type - 1)) == 0) return true;
     ReportMisuse(function, "type " + std::to_string(type) + " is not exactly one navaid type");
@@ -555,7 +529,7 @@ XPLMNavRef FindNavAid(const char* nameFragment, const char* idFragment, const fl
             found = XPLMNavRef(i);
             continue;
         }
-        const double separation = Separation(*latitude, *longitude, n.latitude, n.longitude);
+        const double separation = GreatCircleAngle(*latitude, *longitude, n.latitude, n.longitude);
         if (separation < best) {
             best = separation;
             found = XPLMNavRef(i);

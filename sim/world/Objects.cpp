@@ -15,13 +15,13 @@
 
 #include "world/Drawing.h"
 #include "world/Plugins.h"
-#include "world/SceneryText.h"
+#include "world/DataText.h"
 #include "world/World.h"
 
 namespace xpsim {
 namespace {
 
-using namespace scenery_text;
+using namespace data_text;
 
 struct ObjectRecord {
     int number = 0;

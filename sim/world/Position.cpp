@@ -1,6 +1,7 @@
 // The local frame: conversions between latitude/longitude/altitude and local x/y/z.
 #include "world/Position.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace xpsim {
@@ -72,6 +73,14 @@ void LocalToWorld(double x, double y, double z, double& latitude, double& longit
     altitude = r - kEarthRadius;
     latitude = r > 0.0 ? std::asin(p[2] / r) / kRadians : 0.0;
     longitude = std::atan2(p[1], p[0]) / kRadians;
+}
+
+double GreatCircleAngle(double latitude1, double longitude1, double latitude2, double longitude2) {
+    const double dLatitude = (latitude2 - latitude1) * kRadians, dLongitude = (longitude2 - longitude1) * kRadians;
+    const double h = std::sin(dLatitude / 2) * std::sin(dLatitude / 2) + std::cos(latitude1 * kRadians) *
+                                                                           std::cos(latitude2 * kRadians) *
+                                                                           std::sin(dLongitude / 2) * std::sin(dLongitude / 2);
+    return 2.0 * std::asin(std::min(1.0, std::sqrt(h)));
 }
 
 void ResetPosition() { frame() = Frame(); }

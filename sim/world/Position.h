@@ -23,6 +23,10 @@ XPSIM_API double ReferenceLongitude();
 XPSIM_API void WorldToLocal(double latitude, double longitude, double altitude, double& x, double& y, double& z);
 XPSIM_API void LocalToWorld(double x, double y, double z, double& latitude, double& longitude, double& altitude);
 
+// The angle between two points on the sphere, in radians (times kEarthRadius: the distance along
+// the ground).
+XPSIM_API double GreatCircleAngle(double latitude1, double longitude1, double latitude2, double longitude2);
+
 // Forgets the reference point; used by ResetWorld.
 void ResetPosition();
 

@@ -8,13 +8,13 @@
 #include <cmath>
 #include <set>
 
-#include "world/SceneryText.h"
+#include "world/DataText.h"
 #include "world/World.h"
 
 namespace xpsim {
 namespace {
 
-using namespace scenery_text;
+using namespace data_text;
 
 const char* const kCustomScenery = "Custom Scenery/";
 const char* const kDefaultScenery = "Resources/default scenery/";

@@ -8,14 +8,14 @@
 #include <unordered_set>
 #include <vector>
 
+#include "world/DataText.h"
 #include "world/Position.h"
-#include "world/SceneryText.h"
 #include "world/World.h"
 
 namespace xpsim {
 namespace {
 
-using namespace scenery_text;
+using namespace data_text;
 
 const char* const kTerrainFile = "xpsim/terrain.txt";
 constexpr double kRadians = M_PI / 180.0;
@@ -107,13 +107,6 @@ bool ReadTerrainLine(const Words& w, TerrainState& s, std::string& why) {
     return false;
 }
 
-double GreatCircleDistance(double lat1, double lon1, double lat2, double lon2) {
-    const double dLat = (lat2 - lat1) * kRadians, dLon = (lon2 - lon1) * kRadians;
-    const double a = std::sin(dLat / 2) * std::sin(dLat / 2) +
-                     std::cos(lat1 * kRadians) * std::cos(lat2 * kRadians) * std::sin(dLon / 2) * std::sin(dLon / 2);
-    return 2.0 * kEarthRadius * std::asin(std::min(1.0, std::sqrt(a)));
-}
-
 double Surface(const TerrainState& s, double latitude, double longitude, bool& wet) {
     for (const WaterBox& box : s.water) {
         if (latitude >= box.south && latitude <= box.north && longitude >= box.west && longitude <= box.east) {
@@ -124,7 +117,7 @@ double Surface(const TerrainState& s, double latitude, double longitude, bool& w
     wet = false;
     double height = s.elevation;
     for (const Hill& hill : s.hills) {
-        const double d = GreatCircleDistance(latitude, longitude, hill.latitude, hill.longitude);
+        const double d = GreatCircleAngle(latitude, longitude, hill.latitude, hill.longitude) * kEarthRadius;
         if (d < hill.radius) height += hill.height * (1.0 + std::cos(M_PI * d / hill.radius)) / 2.0;
     }
     return height;

@@ -1,5 +1,6 @@
-// Reading the scenery's text files (the terrain file, OBJ8 objects, library.txt and
-// scenery_packs.ini): lines cut into white-space separated words, and numbers read strictly.
+// Reading the simulator's text data files (navigation data, the terrain file, OBJ8 objects,
+// library.txt and scenery_packs.ini): lines cut into white-space separated words, and numbers read
+// strictly.
 #pragma once
 
 #include <cerrno>
@@ -11,7 +12,7 @@
 #include <vector>
 
 namespace xpsim {
-namespace scenery_text {
+namespace data_text {
 
 using Words = std::vector<std::string>;
 
@@ -90,5 +91,5 @@ bool ForEachLine(const std::string& path, Row row) {
     return true;
 }
 
-}  // namespace scenery_text
+}  // namespace data_text
 }  // namespace xpsim
