@@ -98,6 +98,24 @@ void Draw(XPWidgetID widget, const CV_ListBoxData_t* data, int left, int top, in
     }
 }
 
+// The scroll bar at the box's right edge: where its parts lie along the track, and the track's
+// ends along its length.
+struct ScrollBar {
+    int vertical = 0, downButton = 0, downPage = 0, thumb = 0, upPage = 0, upButton = 0;
+    int minimum = 0, maximum = 0, low = 0, high = 0;
+};
+
+ScrollBar Bar(XPWidgetID widget, int barLeft, int top, int right, int bottom, int position) {
+    ScrollBar bar;
+    bar.minimum = Prop(widget, xpProperty_ListBoxScrollMin);
+    bar.maximum = Prop(widget, xpProperty_ListBoxScrollMax);
+    XPGetTrackMetrics(barLeft, bottom, right, top, bar.minimum, bar.maximum, position, xpTrack_ScrollBar,
+                      &bar.vertical, &bar.downButton, &bar.downPage, &bar.thumb, &bar.upPage, &bar.upButton);
+    bar.low = bar.vertical ? bottom : barLeft;
+    bar.high = bar.vertical ? top : right;
+    return bar;
+}
+
 void MouseDown(XPWidgetID widget, const CV_ListBoxData_t* data, const XPMouseState_t& mouse, int left, int top,
                int right, int bottom) {
     const int listRight = right - CV_ListBoxScrollBarWidth;
@@ -115,19 +133,10 @@ void MouseDown(XPWidgetID widget, const CV_ListBoxData_t* data, const XPMouseSta
     }
     if (mouse.x < listRight || mouse.x > right || mouse.y < bottom || mouse.y > top) return;
 
-    int vertical = 0, downButton = 0, downPage = 0, thumb = 0, upPage = 0, upButton = 0;
-    XPGetTrackMetrics(listRight, bottom, right, top, Prop(widget, xpProperty_ListBoxScrollMin),
-                      Prop(widget, xpProperty_ListBoxScrollMax), position, xpTrack_ScrollBar, &vertical, &downButton,
-                      &downPage, &thumb, &upPage, &upButton);
-    const int minimum = Prop(widget, xpProperty_ListBoxScrollMin);
-    const int maximum = Prop(widget, xpProperty_ListBoxScrollMax);
-    const CV_ScrollClick click =
-        vertical ? CV_ListBoxScrollClick(bottom, top, mouse.y, position, minimum, maximum,
-                                         Prop(widget, xpProperty_ListBoxPageAmount), downButton, downPage, thumb,
-                                         upPage, upButton)
-                 : CV_ListBoxScrollClick(listRight, right, mouse.x, position, minimum, maximum,
-                                         Prop(widget, xpProperty_ListBoxPageAmount), downButton, downPage, thumb,
-                                         upPage, upButton);
+    const ScrollBar bar = Bar(widget, listRight, top, right, bottom, position);
+    const CV_ScrollClick click = CV_ListBoxScrollClick(
+        bar.low, bar.high, bar.vertical ? mouse.y : mouse.x, position, bar.minimum, bar.maximum,
+        Prop(widget, xpProperty_ListBoxPageAmount), bar.downButton, bar.downPage, bar.thumb, bar.upPage, bar.upButton);
     if (click.thumb) ScrollBarSlop = click.slop;
     XPSetWidgetProperty(widget, xpProperty_ListBoxThumbDragging, click.thumb ? 1 : 0);
     if (click.position != position) XPSetWidgetProperty(widget, xpProperty_ListBoxScrollPosition, click.position);
@@ -136,18 +145,12 @@ void MouseDown(XPWidgetID widget, const CV_ListBoxData_t* data, const XPMouseSta
 void MouseDrag(XPWidgetID widget, const XPMouseState_t& mouse, int top, int right, int bottom) {
     const int barLeft = right - CV_ListBoxScrollBarWidth;
     if (mouse.x < barLeft || mouse.x > right || mouse.y < bottom || mouse.y > top) return;
-    const int position = Prop(widget, xpProperty_ListBoxScrollPosition);
-    int vertical = 0, downButton = 0, downPage = 0, thumb = 0, upPage = 0, upButton = 0;
-    XPGetTrackMetrics(barLeft, bottom, right, top, Prop(widget, xpProperty_ListBoxScrollMin),
-                      Prop(widget, xpProperty_ListBoxScrollMax), position, xpTrack_ScrollBar, &vertical, &downButton,
-                      &downPage, &thumb, &upPage, &upButton);
-    const int minimum = Prop(widget, xpProperty_ListBoxScrollMin);
-    const int maximum = Prop(widget, xpProperty_ListBoxScrollMax);
     if (Prop(widget, xpProperty_ListBoxThumbDragging) == 0) return;
-    const int moved = vertical ? CV_ListBoxThumbPosition(bottom, top, mouse.y, ScrollBarSlop, position, minimum,
-                                                         maximum, downButton, thumb, upButton)
-                               : CV_ListBoxThumbPosition(barLeft, right, mouse.x, ScrollBarSlop, position, minimum,
-                                                         maximum, downButton, thumb, upButton);
+    const int position = Prop(widget, xpProperty_ListBoxScrollPosition);
+    const ScrollBar bar = Bar(widget, barLeft, top, right, bottom, position);
+    const int moved = CV_ListBoxThumbPosition(bar.low, bar.high, bar.vertical ? mouse.y : mouse.x, ScrollBarSlop,
+                                              position, bar.minimum, bar.maximum, bar.downButton, bar.thumb,
+                                              bar.upButton);
     XPSetWidgetProperty(widget, xpProperty_ListBoxScrollPosition, moved);
 }
 
