@@ -301,6 +301,7 @@ namespace xpsim {
 void ResetOpenGL() { gl() = GlState(); }
 
 void SetGlBlending(bool enabled) { gl().blend = enabled; }
+bool GlBlending() { return gl().blend; }
 
 void SetGlTexturing(bool enabled) { gl().texture = enabled; }
 

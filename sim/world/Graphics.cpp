@@ -111,7 +111,12 @@ const FontMetrics* CheckTextDrawing(const char* function, const float* rgb, XPLM
 
 // ------------------------------------------------------------------ state and textures
 
-GraphicsState CurrentGraphicsState() { return graphics().state; }
+// Blending is GL's state, whether XPLMSetGraphicsState or glEnable/glDisable switched it last.
+GraphicsState CurrentGraphicsState() {
+    GraphicsState state = graphics().state;
+    state.alphaBlending = GlBlending() ? 1 : 0;
+    return state;
+}
 
 int BoundTexture(int unit) { return unit >= 0 && unit < kTextureUnits ? graphics().bound[unit] : 0; }
 
@@ -130,11 +135,10 @@ void SetGraphicsState(int fog, int textureUnits, int lighting, int alphaTesting,
     state.textureUnits = textureUnits;
     state.lighting = lighting != 0;
     state.alphaTesting = alphaTesting != 0;
-    state.alphaBlending = alphaBlending != 0;
     state.depthTesting = depthTesting != 0;
     state.depthWriting = depthWriting != 0;
     // The simulator's GL follows: blending and texturing switch with the state.
-    SetGlBlending(state.alphaBlending != 0);
+    SetGlBlending(alphaBlending != 0);
     SetGlTexturing(state.textureUnits > 0);
 }
 

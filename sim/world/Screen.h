@@ -89,6 +89,8 @@ void ResetScreen();
 void ResetOpenGL();
 // XPLMSetGraphicsState switches blending and texturing as the simulator's GL does.
 void SetGlBlending(bool enabled);
+// Whether GL blending is on: the one record of it, which XPLMSetGraphicsState reports too.
+bool GlBlending();
 void SetGlTexturing(bool enabled);
 // At the start of each drawing phase the modelview is the sim's again; a primitive left open is dropped.
 void ResetGlForPhase();
