@@ -6,9 +6,13 @@
 #include <cstring>
 #include <string>
 
+#include "../PngPixels.h"
 #include "SimHarness.h"
 
 namespace {
+
+using pngtest::Near;
+using pngtest::Pixel;
 
 const char* const kScript = R"(
 self.draw, self.key, self.click = self.Draw, self.Key, self.Click
@@ -26,22 +30,6 @@ def Key(self, *args):
 def Click(self, *args):
     return 1
 )";
-
-// A PNG's pixel at a screen point (origin bottom left), 0xRRGGBB.
-uint32_t Pixel(cairo_surface_t* png, int x, int y) {
-    const unsigned char* data = cairo_image_surface_get_data(png);
-    const int row = cairo_image_surface_get_height(png) - 1 - y;
-    uint32_t pixel;
-    std::memcpy(&pixel, data + size_t(row) * size_t(cairo_image_surface_get_stride(png)) + size_t(x) * 4, 4);
-    return pixel & 0xffffff;
-}
-
-bool Near(uint32_t a, uint32_t b, int tolerance) {
-    for (int shift = 0; shift <= 16; shift += 8) {
-        if (std::abs(int((a >> shift) & 0xff) - int((b >> shift) & 0xff)) > tolerance) return false;
-    }
-    return true;
-}
 
 TEST(Screen, AScriptsWindowAndWidgetsReachTheScreenshotAndTheDrawLog) {
     SimFolder sim;

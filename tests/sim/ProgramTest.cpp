@@ -7,13 +7,10 @@
 
 namespace {
 
+using simtest::RealPath;
+
 using simtest::ReadFile;
 using simtest::RunXpsim;
-
-std::string RealPath(const std::string& path) {
-    char resolved[PATH_MAX];
-    return realpath(path.c_str(), resolved) ? resolved : "";
-}
 
 // The probe plugin (tests/sim/plugins/probe_plugin.cpp), when the build made one.
 std::string ProbePlugin() {

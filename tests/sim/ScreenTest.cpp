@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "../PngPixels.h"
 #include "SimTestSupport.h"
 #include "XPLMDataAccess.h"
 #include "XPLMDisplay.h"
@@ -30,18 +31,13 @@
 
 namespace {
 
+using pngtest::Near;
+using pngtest::Pixel;
 using simtest::LogText;
+using simtest::RealPath;
 using Lines = std::vector<std::string>;
 
 constexpr uint32_t kBackground = xpsim::kScreenBackground;
-
-// True when every channel of two 0xRRGGBB colours is within `tolerance`.
-bool Near(uint32_t a, uint32_t b, int tolerance = 2) {
-    for (int shift = 0; shift <= 16; shift += 8) {
-        if (std::abs(int((a >> shift) & 0xff) - int((b >> shift) & 0xff)) > tolerance) return false;
-    }
-    return true;
-}
 
 std::string Hex(uint32_t rgb) {
     char text[16];
@@ -506,19 +502,6 @@ TEST(sim_ScreenEvents, MoveScreenshotAndTheOptionsParse) {
     }
 }
 
-std::string RealPath(const std::string& path) {
-    char resolved[PATH_MAX];
-    return realpath(path.c_str(), resolved) ? resolved : "";
-}
-
-// A PNG's pixel at a screen point (origin bottom left), 0xRRGGBB.
-uint32_t PngPixel(cairo_surface_t* png, int x, int y) {
-    const unsigned char* data = cairo_image_surface_get_data(png);
-    const int row = cairo_image_surface_get_height(png) - 1 - y;
-    uint32_t pixel;
-    std::memcpy(&pixel, data + size_t(row) * size_t(cairo_image_surface_get_stride(png)) + size_t(x) * 4, 4);
-    return pixel & 0xffffff;
-}
 
 TEST(sim_ScreenProgram, APluginLinkingLibGlDrawsThroughXpsimIntoScreenshots) {
     simtest::TempDir dir;
@@ -574,8 +557,8 @@ TEST(sim_ScreenProgram, APluginLinkingLibGlDrawsThroughXpsimIntoScreenshots) {
         {{799, 599}, kBackground},
     };
     for (const auto& [point, rgb] : pixels)
-        EXPECT_TRUE(Near(PngPixel(png, point.first, point.second), rgb))
-            << point.first << ", " << point.second << ": " << Hex(PngPixel(png, point.first, point.second));
+        EXPECT_TRUE(Near(Pixel(png, point.first, point.second), rgb))
+            << point.first << ", " << point.second << ": " << Hex(Pixel(png, point.first, point.second));
     cairo_surface_destroy(png);
     EXPECT_TRUE(simtest::Exists(dir.path() + "/second.png"));
 }

@@ -2,6 +2,7 @@
 // running the xpsim program.
 #pragma once
 
+#include <limits.h>
 #include <stdlib.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -21,6 +22,12 @@
 #include "world/World.h"
 
 namespace simtest {
+
+// A path with every link resolved; "" when it does not exist.
+inline std::string RealPath(const std::string& path) {
+    char resolved[PATH_MAX];
+    return realpath(path.c_str(), resolved) ? resolved : "";
+}
 
 inline std::string MakeTempDir() {
     char pattern[] = "/tmp/xpsim-test-XXXXXX";

@@ -15,14 +15,11 @@
 
 namespace {
 
+using simtest::RealPath;
+
 using simtest::LogText;
 
 class sim_Utilities : public simtest::WorldTest {};
-
-std::string RealPath(const std::string& path) {
-    char resolved[PATH_MAX];
-    return realpath(path.c_str(), resolved) ? resolved : "";
-}
 
 }  // namespace
 
