@@ -1,184 +1,179 @@
-// What a script pays for the plugin's relay, each beside a baseline measured in the same run:
-// - one flight loop dispatch (trampoline, record, tuple, call, result) against a bare PyObject_Call
-//   of the same bound method with the same arguments;
-// - one XPLMGetDataf call from Python against a trivial C function called the same way;
-// - one flight loop dispatch into the last of 100 and of 256 loaded scripts against the same with
-//   one script loaded (the cost must not grow with the number of scripts).
+// What one callback from the simulator into a script costs (the trampoline, the record, the
+// arguments, the call and the result), each kind beside a PyObject_Vectorcall of the same bound
+// method with its arguments made beforehand; and how that cost holds with many scripts or widgets.
 #include <benchmark/benchmark.h>
 
 #include <Python.h>
 
-#include <cstdio>
-#include <filesystem>
-#include <map>
-#include <string>
+#include <cstdint>
 #include <vector>
 
-#include "BindingModules.h"
+#include "BenchWorld.h"
 #include "CV_ScriptTable.h"
 #include "CallbackDispatch.h"
 #include "CallbackRegistry.h"
-#include "world/DataRefs.h"
-#include "world/World.h"
 
 namespace {
 
-PyObject* gMain = nullptr;
-PyObject* gLoop = nullptr;           // the script's bound method
-PyObject* gLoopArgs = nullptr;       // (since last call, since last loop, counter, refcon)
-_CallbackList* gLoopEntry = nullptr;
-PyObject* gCallMany = nullptr;       // a Python loop calling f(arg) n times
-PyObject* gGetDataf = nullptr;
-PyObject* gTrivial = nullptr;
-PyObject* gDataRef = nullptr;
+void* Fake(uintptr_t value) { return reinterpret_cast<void*>(value); }
 
-PyObject* Trivial(PyObject*, PyObject* args) {
-    PyObject* handle = nullptr;
-    if (!PyArg_ParseTuple(args, "O", &handle)) return nullptr;
-    return PyFloat_FromDouble(0.0);
-}
-PyMethodDef gTrivialDef = {"trivial", Trivial, METH_VARARGS, "Returns 0.0."};
-
-PyObject* MainAttr(const char* name) {
-    PyObject* value = PyObject_GetAttrString(gMain, name);
-    if (value == nullptr) {
-        PyErr_Print();
-        std::abort();
-    }
-    return value;
-}
-
-void SetUpWorld() {
-    char dir[] = "/tmp/corvelle-bench-XXXXXX";
-    if (mkdtemp(dir) == nullptr) std::abort();
-    std::string error;
-    if (!xpsim::PrepareRoot(dir, error) || !xpsim::SetSdkLevel(210) || !xpsim::InstallLibraryLink(error)) {
-        fprintf(stderr, "bench: %s\n", error.c_str());
-        std::abort();
-    }
-    std::filesystem::copy_file(std::string(TEST_DATA_DIR) + "/DataRefs.txt",
-                               std::string(dir) + "/Resources/plugins/DataRefs.txt");
-    xpsim::StartLog();
-    xpsim::LoadStandardDataRefs();
-
-    CVTestTable = new CV_ScriptTable();
-    Py_InitializeEx(0);
-    CV_BeginInterpreterGeneration();
-    CV_InitScriptModules((std::string(dir) + "/Resources/plugins/PythonScripts").c_str());
-    PyRun_SimpleString(
-        "class Corvelle:\n"
-        "    def Loop(self, since, sinceLoop, counter, refcon):\n"
-        "        return 1.0\n"
-        "script = Corvelle()\n"
-        "loop = script.Loop\n"
-        "import XPLMDataAccess\n"
-        "ref = XPLMDataAccess.XPLMFindDataRef('sim/aircraft/view/acf_Vso')\n"
-        "getDataf = XPLMDataAccess.XPLMGetDataf\n"
-        "def callMany(f, arg, n):\n"
-        "    for _ in range(n):\n"
-        "        f(arg)\n");
-    gMain = PyImport_AddModule("__main__");
-    PyObject* script = MainAttr("script");
+// The bench script's object, entered in the script table (again, after a row that refilled it).
+PyObject* BenchScript() {
+    static PyObject* script = BenchObject("script");
     CVTestTable->AddScriptId(script, "CV_Bench", CV_StandardScript);
-    gLoop = MainAttr("loop");
-    gLoopEntry = CVTestTable->AddCallback(&FlightLoopCallbackList, script, nullptr, gLoop, nullptr);
-    gLoopArgs = Py_BuildValue("(ffiO)", 0.05, 0.05, 1, PyLong_FromLong(0));
-    gCallMany = MainAttr("callMany");
-    gGetDataf = MainAttr("getDataf");
-    gDataRef = MainAttr("ref");
-    gTrivial = PyCFunction_New(&gTrivialDef, nullptr);
+    return script;
 }
 
-void BM_FlightLoopDispatch(benchmark::State& state) {
-    for (auto _ : state) benchmark::DoNotOptimize(CV_FlightLoopCallback(0.05f, 0.05f, 1, gLoopEntry));
-}
-BENCHMARK(BM_FlightLoopDispatch);
+// A bound method of the bench script's object (a new reference).
+PyObject* Method(const char* name) { return PyObject_GetAttrString(BenchScript(), name); }
 
-void BM_FlightLoopBaseline_PyObjectCall(benchmark::State& state) {
+// A record of `list` for the bench script's method; the record holds its own reference.
+_CallbackList* Record(CV_CallbackVector* list, const char* name) {
+    PyObject* method = Method(name);
+    _CallbackList* entry = CVTestTable->AddCallback(list, BenchScript(), nullptr, method, nullptr);
+    Py_DECREF(method);
+    return entry;
+}
+
+// A refcon block with the record in one slot.
+_CallbackList** Block(int slots, int slot, _CallbackList* entry) {
+    _CallbackList** block = new _CallbackList*[slots]();
+    block[slot] = entry;
+    return block;
+}
+
+// The baseline: the same bound method called with arguments made once.
+void VectorcallBaseline(benchmark::State& state, const char* name, std::vector<PyObject*> args) {
+    PyObject* method = Method(name);
     for (auto _ : state) {
-        PyObject* result = PyObject_Call(gLoop, gLoopArgs, nullptr);
+        PyObject* result = PyObject_Vectorcall(method, args.data(), args.size(), nullptr);
         benchmark::DoNotOptimize(result);
         Py_XDECREF(result);
     }
+    for (PyObject* arg : args) Py_DECREF(arg);
+    Py_DECREF(method);
 }
-BENCHMARK(BM_FlightLoopBaseline_PyObjectCall);
 
-// The table filled to `scripts` entries (the bench script last), then one dispatch a round.
-void BM_FlightLoopDispatchAmongScripts(benchmark::State& state) {
+// ---------------------------------------------------------------- one callback of each kind
+
+void BM_FlightLoop(benchmark::State& state) {
+    _CallbackList* entry = Record(&FlightLoopCallbackList, "Loop");
+    for (auto _ : state) benchmark::DoNotOptimize(CV_FlightLoopCallback(0.05f, 0.05f, 1, entry));
+    CVTestTable->DeleteCallback(&FlightLoopCallbackList, entry, -1);
+}
+BENCHMARK(BM_FlightLoop);
+void BM_FlightLoop_Vectorcall(benchmark::State& state) {
+    VectorcallBaseline(state, "Loop",
+                       {PyFloat_FromDouble(0.05), PyFloat_FromDouble(0.05), PyLong_FromLong(1), PyLong_FromLong(0)});
+}
+BENCHMARK(BM_FlightLoop_Vectorcall);
+
+void BM_DrawCallback(benchmark::State& state) {
+    _CallbackList* entry = Record(&DrawCallbackList, "Draw");
+    for (auto _ : state) benchmark::DoNotOptimize(CV_DrawCallback(xplm_Phase_Window, 0, entry));
+    CVTestTable->DeleteCallback(&DrawCallbackList, entry, -1);
+}
+BENCHMARK(BM_DrawCallback);
+void BM_DrawCallback_Vectorcall(benchmark::State& state) {
+    VectorcallBaseline(state, "Draw", {PyLong_FromLong(xplm_Phase_Window), PyLong_FromLong(0), PyLong_FromLong(0)});
+}
+BENCHMARK(BM_DrawCallback_Vectorcall);
+
+void BM_WindowDraw(benchmark::State& state) {
+    _CallbackList* entry = Record(&DrawWindowCallbackList, "DrawWindow");
+    _CallbackList** block = Block(CV_WindowBlockSlots, CV_WindowDrawSlot, entry);
+    for (auto _ : state) CV_DrawWindowCallback(Fake(0x5000), block);
+    CVTestTable->DeleteCallback(&DrawWindowCallbackList, entry, -1);
+    delete[] block;
+}
+BENCHMARK(BM_WindowDraw);
+void BM_WindowDraw_Vectorcall(benchmark::State& state) {
+    VectorcallBaseline(state, "DrawWindow", {PyLong_FromVoidPtr(Fake(0x5000)), PyLong_FromLong(0)});
+}
+BENCHMARK(BM_WindowDraw_Vectorcall);
+
+void BM_AccessorGetFloat(benchmark::State& state) {
+    _CallbackList* entry = Record(&GetDatafCallbackList, "GetFloat");
+    _CallbackList** block = Block(CV_AccessorBlockSlots, CV_AccessorFloatSlot, entry);
+    for (auto _ : state) benchmark::DoNotOptimize(CV_GetDataf_Callback(block));
+    CVTestTable->DeleteCallback(&GetDatafCallbackList, entry, -1);
+    delete[] block;
+}
+BENCHMARK(BM_AccessorGetFloat);
+void BM_AccessorGetFloat_Vectorcall(benchmark::State& state) {
+    VectorcallBaseline(state, "GetFloat", {PyLong_FromLong(0)});
+}
+BENCHMARK(BM_AccessorGetFloat_Vectorcall);
+
+void BM_CommandHandler(benchmark::State& state) {
+    _CallbackList* entry = Record(&CommandCallbackList, "Command");
+    for (auto _ : state) benchmark::DoNotOptimize(CV_CommandCallback(Fake(0x6000), xplm_CommandContinue, entry));
+    CVTestTable->DeleteCallback(&CommandCallbackList, entry, -1);
+}
+BENCHMARK(BM_CommandHandler);
+void BM_CommandHandler_Vectorcall(benchmark::State& state) {
+    VectorcallBaseline(state, "Command",
+                       {PyLong_FromVoidPtr(Fake(0x6000)), PyLong_FromLong(xplm_CommandContinue), PyLong_FromLong(0)});
+}
+BENCHMARK(BM_CommandHandler_Vectorcall);
+
+// A widget message to the last of `range` widgets that scripts made.
+void BM_WidgetMessage(benchmark::State& state) {
+    PyObject* method = Method("Widget");
+    std::vector<_WidgetCallbackListEntry*> widgets;
+    for (int i = 0; i < state.range(0); ++i)
+        widgets.push_back(CVTestTable->AddWidgetCallback(&WidgetCallbackList, BenchScript(), Fake(0x10000 + 16 * i),
+                                                         method, 0, nullptr));
+    void* last = widgets.back()->widgetId;
+    for (auto _ : state) benchmark::DoNotOptimize(CV_WidgetCallback(xpMsg_Draw, last, 0, 0));
+    for (_WidgetCallbackListEntry* entry : widgets) CVTestTable->DeleteWidgetCallback(&WidgetCallbackList, entry, -1);
+    Py_DECREF(method);
+}
+BENCHMARK(BM_WidgetMessage)->Arg(1)->Arg(200);
+void BM_WidgetMessage_Vectorcall(benchmark::State& state) {
+    VectorcallBaseline(
+        state, "Widget",
+        {PyLong_FromLong(xpMsg_Draw), PyLong_FromVoidPtr(Fake(0x10000)), PyLong_FromLong(0), PyLong_FromLong(0)});
+}
+BENCHMARK(BM_WidgetMessage_Vectorcall);
+
+// ---------------------------------------------------------------- many scripts
+
+// The table filled to `range` entries (the bench script last), then its flight loop a round.
+void BM_FlightLoopAmongScripts(benchmark::State& state) {
     static std::vector<PyObject*> others;
-    PyObject* script = PyObject_GetAttrString(gLoop, "__self__");
     CVTestTable->ClearScriptTable();
     while (static_cast<int>(others.size()) < state.range(0) - 1) others.push_back(PyLong_FromLong(others.size()));
     for (int i = 0; i < state.range(0) - 1; ++i) CVTestTable->AddScriptId(others[i], "CV_Other", CV_StandardScript);
-    CVTestTable->AddScriptId(script, "CV_Bench", CV_StandardScript);
-    _CallbackList* entry = CVTestTable->AddCallback(nullptr, script, nullptr, gLoop, nullptr);
+    _CallbackList* entry = Record(&FlightLoopCallbackList, "Loop");
     for (auto _ : state) benchmark::DoNotOptimize(CV_FlightLoopCallback(0.05f, 0.05f, 1, entry));
-    CVTestTable->DeleteCallback(nullptr, entry, -1);
-    Py_DECREF(script);
+    CVTestTable->DeleteCallback(&FlightLoopCallbackList, entry, -1);
 }
-BENCHMARK(BM_FlightLoopDispatchAmongScripts)->Arg(1)->Arg(100)->Arg(256);
+BENCHMARK(BM_FlightLoopAmongScripts)->Arg(1)->Arg(100)->Arg(256);
 
-// Calls f(arg) 1000 times from a Python loop (arg: the dataref, or 1.5); the reported time is per call.
-void CallFromPython(benchmark::State& state, PyObject* function, PyObject* arg = nullptr) {
-    const int kCalls = 1000;
-    PyObject* args = Py_BuildValue("(OOi)", function, arg ? arg : gDataRef, kCalls);
+// 256 scripts in the table, each with its flight loop; a round calls one of the first ten scripts'
+// loops (range 0) or of the last ten's (range 1), in turn.
+void BM_FlightLoopOf256Scripts(benchmark::State& state) {
+    PyObject* scripts = BenchObject("scripts");
+    CVTestTable->ClearScriptTable();
+    for (Py_ssize_t i = 0; i < PyList_GET_SIZE(scripts); ++i)
+        CVTestTable->AddScriptId(PyList_GET_ITEM(scripts, i), "CV_Script", CV_StandardScript);
+    std::vector<_CallbackList*> loops;
+    for (Py_ssize_t i = 0; i < PyList_GET_SIZE(scripts); ++i) {
+        PyObject* script = PyList_GET_ITEM(scripts, i);
+        PyObject* loop = PyObject_GetAttrString(script, "Loop");
+        loops.push_back(CVTestTable->AddCallback(&FlightLoopCallbackList, script, nullptr, loop, nullptr));
+        Py_DECREF(loop);
+    }
+    const size_t first = state.range(0) == 0 ? 0 : loops.size() - 10;
+    size_t next = 0;
     for (auto _ : state) {
-        PyObject* result = PyObject_Call(gCallMany, args, nullptr);
-        if (result == nullptr) {
-            PyErr_Print();
-            state.SkipWithError("Python call failed");
-            break;
-        }
-        Py_DECREF(result);
+        benchmark::DoNotOptimize(CV_FlightLoopCallback(0.05f, 0.05f, 1, loops[first + next]));
+        next = next == 9 ? 0 : next + 1;
     }
-    Py_DECREF(args);
-    state.SetItemsProcessed(state.iterations() * kCalls);
-    state.counters["ns_per_call"] = benchmark::Counter(static_cast<double>(state.iterations()) * kCalls,
-                                                       benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+    for (_CallbackList* entry : loops) CVTestTable->DeleteCallback(&FlightLoopCallbackList, entry, -1);
+    Py_DECREF(scripts);
 }
-
-void BM_GetDatafFromPython(benchmark::State& state) { CallFromPython(state, gGetDataf); }
-BENCHMARK(BM_GetDatafFromPython);
-
-void BM_GetDatafBaseline_TrivialCFunction(benchmark::State& state) { CallFromPython(state, gTrivial); }
-BENCHMARK(BM_GetDatafBaseline_TrivialCFunction);
-
-// abs(1.5): a one-argument builtin that returns a new float, the interpreter's own cheapest call.
-void BM_GetDatafBaseline_Abs(benchmark::State& state) {
-    PyObject* builtins = PyEval_GetBuiltins();
-    PyObject* number = PyFloat_FromDouble(1.5);
-    CallFromPython(state, PyDict_GetItemString(builtins, "abs"), number);
-    Py_DECREF(number);
-}
-BENCHMARK(BM_GetDatafBaseline_Abs);
-
-// Keeps each benchmark's time so that the ratios can be printed after the run.
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        for (const Run& run : runs) times[run.benchmark_name()] = run.GetAdjustedCPUTime();
-        ConsoleReporter::ReportRuns(runs);
-    }
-    std::map<std::string, double> times;
-};
+BENCHMARK(BM_FlightLoopOf256Scripts)->Arg(0)->Arg(1);
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    SetUpWorld();
-    benchmark::Initialize(&argc, argv);
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    auto ratio = [&](const char* measured, const char* baseline) {
-        auto m = reporter.times.find(measured), b = reporter.times.find(baseline);
-        if (m == reporter.times.end() || b == reporter.times.end() || b->second <= 0) return;
-        printf("%-40s %.2fx  (%s / %s)\n", measured, m->second / b->second, measured, baseline);
-    };
-    printf("\nRatios of CPU time against the baselines measured in this run:\n");
-    ratio("BM_FlightLoopDispatch", "BM_FlightLoopBaseline_PyObjectCall");
-    ratio("BM_GetDatafFromPython", "BM_GetDatafBaseline_TrivialCFunction");
-    ratio("BM_GetDatafFromPython", "BM_GetDatafBaseline_Abs");
-    ratio("BM_FlightLoopDispatchAmongScripts/100", "BM_FlightLoopDispatchAmongScripts/1");
-    ratio("BM_FlightLoopDispatchAmongScripts/256", "BM_FlightLoopDispatchAmongScripts/1");
-    return 0;
-}
