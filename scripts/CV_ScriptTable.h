@@ -85,8 +85,8 @@ public:
 
     // ------------------------------------------------------------ callback lists
     // Implemented in CallbackRegistry.cpp. None of these uses the table's own state: the list is
-    // always an argument. The Find operations search their own copy of the list; Add, Update and
-    // Delete act on the global list they are given. Matching is by identity (script ids, callables)
+    // always an argument. The Find operations only read the list; Add, Update and Delete act on the
+    // global list they are given. Matching is by identity (script ids, callables)
     // and by value (handles, refcons); the first match in list order wins.
 
     // Appends a new record (script id, handle, callable, refcon) and returns it; no duplicate check.
@@ -94,12 +94,13 @@ public:
                                void* refcon);
     // By script, callable and refcon. On a match *found = 1 and *index = its position; otherwise
     // *found = 0, *index is left as it was, and the result is null.
-    _CallbackList* FindCallback(CV_CallbackVector list, PyObject* scriptId, PyObject* callable, void* refcon,
+    _CallbackList* FindCallback(const CV_CallbackVector& list, PyObject* scriptId, PyObject* callable, void* refcon,
                                 int* found, int* index);
     // By script and SDK handle.
-    _CallbackList* FindCallback(CV_CallbackVector list, PyObject* scriptId, void* sdkHandle, int* found, int* index);
+    _CallbackList* FindCallback(const CV_CallbackVector& list, PyObject* scriptId, void* sdkHandle, int* found,
+                                int* index);
     // By callable and refcon, whatever the script; the last argument is not used.
-    _CallbackList* FindCallback(CV_CallbackVector list, void* callable, void* refcon, int* found, int* index,
+    _CallbackList* FindCallback(const CV_CallbackVector& list, void* callable, void* refcon, int* found, int* index,
                                 int unused);
     // Stores the handle in the first record of this script and callable; 1 if one was updated.
     int UpdateCallback(CV_CallbackVector* list, PyObject* scriptId, PyObject* callable, void* sdkHandle);
@@ -109,10 +110,10 @@ public:
     _WidgetCallbackListEntry* AddWidgetCallback(CV_WidgetCallbackVector* list, PyObject* scriptId, void* widgetId,
                                                 PyObject* callable, int isRoot, void* container);
     // By script and widget.
-    _WidgetCallbackListEntry* FindWidgetCallback(CV_WidgetCallbackVector list, PyObject* scriptId, void* widgetId,
-                                                 int* found, int* index);
+    _WidgetCallbackListEntry* FindWidgetCallback(const CV_WidgetCallbackVector& list, PyObject* scriptId,
+                                                 void* widgetId, int* found, int* index);
     // By widget, whatever the script.
-    _WidgetCallbackListEntry* FindWidgetCallback(CV_WidgetCallbackVector list, void* widgetId, int* found,
+    _WidgetCallbackListEntry* FindWidgetCallback(const CV_WidgetCallbackVector& list, void* widgetId, int* found,
                                                  int* index);
     // Attaches script and callable to the first entry of the widget; 1 if one was updated.
     int UpdateWidgetCallback(CV_WidgetCallbackVector* list, PyObject* scriptId, void* widgetId, PyObject* callable);

@@ -571,9 +571,8 @@ int CallUserCameraControlCallback(XPLMCameraPosition_t* outCameraPosition, int i
 
 int CallUserWidgetCallback(XPWidgetMessage inMessage, XPWidgetID inWidget, intptr_t inParam1, intptr_t inParam2) {
     if (CVTestTable == nullptr) return 0;
-    int found = 0, index = 0;
-    const _WidgetCallbackListEntry* entry = CVTestTable->FindWidgetCallback(WidgetCallbackList, inWidget, &found, &index);
-    if (!found || entry == nullptr) return 1;
+    const _WidgetCallbackListEntry* entry = CV_WidgetRecord(inWidget);
+    if (entry == nullptr) return 1;
     if (!CV_IsCurrentGeneration(entry->generation) || entry->scriptId == nullptr || entry->scriptEnabled == nullptr ||
         *entry->scriptEnabled == 0)
         return 0;

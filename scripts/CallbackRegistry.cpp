@@ -5,6 +5,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <iterator>
+#include <unordered_map>
 
 #include "CV_ScriptTable.h"
 #include "LogFiles.h"
@@ -82,6 +83,29 @@ T* FindFirst(const std::vector<T*>& list, int* found, int* index, Match match) {
     return nullptr;
 }
 
+// WidgetCallbackList by widget id: each widget's first record, so that a widget message reaches its
+// record without a search. The index describes the list as the registry last changed it; a change
+// made any other way (the integrity check clearing it) shows in the list's storage or size, and the
+// index is built again at the next message.
+struct WidgetIndex {
+    std::unordered_map<const void*, _WidgetCallbackListEntry*> first;
+    const void* storage = nullptr;
+    size_t size = 0;
+    bool valid = false;
+};
+WidgetIndex gWidgetIndex;
+
+bool IndexDescribesWidgets() {
+    return gWidgetIndex.valid && gWidgetIndex.storage == WidgetCallbackList.data() &&
+           gWidgetIndex.size == WidgetCallbackList.size();
+}
+
+void IndexedWidgets() {
+    gWidgetIndex.storage = WidgetCallbackList.data();
+    gWidgetIndex.size = WidgetCallbackList.size();
+    gWidgetIndex.valid = true;
+}
+
 void FreeWidgetEntry(_WidgetCallbackListEntry* entry) {
     PyObject* callable = entry->callable;
     const bool holds = entry->holdsReference;
@@ -110,7 +134,7 @@ _CallbackList* CV_ScriptTable::AddCallback(CV_CallbackVector* list, PyObject* sc
     return entry;
 }
 
-_CallbackList* CV_ScriptTable::FindCallback(CV_CallbackVector list, PyObject* scriptId, PyObject* callable,
+_CallbackList* CV_ScriptTable::FindCallback(const CV_CallbackVector& list, PyObject* scriptId, PyObject* callable,
                                             void* refcon, int* found, int* index) {
     return FindFirst(list, found, index, [&](_CallbackList* e) {
         return e->record && e->record->scriptId == scriptId && e->record->callable == callable &&
@@ -118,14 +142,14 @@ _CallbackList* CV_ScriptTable::FindCallback(CV_CallbackVector list, PyObject* sc
     });
 }
 
-_CallbackList* CV_ScriptTable::FindCallback(CV_CallbackVector list, PyObject* scriptId, void* sdkHandle, int* found,
-                                            int* index) {
+_CallbackList* CV_ScriptTable::FindCallback(const CV_CallbackVector& list, PyObject* scriptId, void* sdkHandle,
+                                            int* found, int* index) {
     return FindFirst(list, found, index, [&](_CallbackList* e) {
         return e->record && e->record->scriptId == scriptId && e->record->sdkHandle == sdkHandle;
     });
 }
 
-_CallbackList* CV_ScriptTable::FindCallback(CV_CallbackVector list, void* callable, void* refcon, int* found,
+_CallbackList* CV_ScriptTable::FindCallback(const CV_CallbackVector& list, void* callable, void* refcon, int* found,
                                             int* index, int unused) {
     (void)unused;
     return FindFirst(list, found, index, [&](_CallbackList* e) {
@@ -172,18 +196,38 @@ _WidgetCallbackListEntry* CV_ScriptTable::AddWidgetCallback(CV_WidgetCallbackVec
     entry->container = container;
     entry->generation = CV_InterpreterGeneration;
     entry->holdsReference = HoldCallable(callable);
-    if (list) list->push_back(entry);
+    if (list == nullptr) return entry;
+    // A record added at the end changes no widget's first record but its own widget's, if it is the first.
+    const bool indexed = list == &WidgetCallbackList && IndexDescribesWidgets();
+    list->push_back(entry);
+    if (indexed) {
+        gWidgetIndex.first.emplace(widgetId, entry);
+        IndexedWidgets();
+    } else if (list == &WidgetCallbackList) {
+        gWidgetIndex.valid = false;
+    }
     return entry;
 }
 
-_WidgetCallbackListEntry* CV_ScriptTable::FindWidgetCallback(CV_WidgetCallbackVector list, PyObject* scriptId,
+_WidgetCallbackListEntry* CV_WidgetRecord(const void* widgetId) {
+    if (!IndexDescribesWidgets()) {
+        gWidgetIndex.first.clear();
+        for (_WidgetCallbackListEntry* e : WidgetCallbackList)
+            if (e != nullptr) gWidgetIndex.first.emplace(e->widgetId, e);  // keeps a widget's first record
+        IndexedWidgets();
+    }
+    auto found = gWidgetIndex.first.find(widgetId);
+    return found == gWidgetIndex.first.end() ? nullptr : found->second;
+}
+
+_WidgetCallbackListEntry* CV_ScriptTable::FindWidgetCallback(const CV_WidgetCallbackVector& list, PyObject* scriptId,
                                                              void* widgetId, int* found, int* index) {
     return FindFirst(list, found, index,
                      [&](_WidgetCallbackListEntry* e) { return e->scriptId == scriptId && e->widgetId == widgetId; });
 }
 
-_WidgetCallbackListEntry* CV_ScriptTable::FindWidgetCallback(CV_WidgetCallbackVector list, void* widgetId, int* found,
-                                                             int* index) {
+_WidgetCallbackListEntry* CV_ScriptTable::FindWidgetCallback(const CV_WidgetCallbackVector& list, void* widgetId,
+                                                             int* found, int* index) {
     return FindFirst(list, found, index, [&](_WidgetCallbackListEntry* e) { return e->widgetId == widgetId; });
 }
 
@@ -210,14 +254,15 @@ int CV_ScriptTable::UpdateWidgetCallback(CV_WidgetCallbackVector* list, PyObject
 void CV_ScriptTable::DeleteWidgetCallback(CV_WidgetCallbackVector* list, _WidgetCallbackListEntry* entry, int index) {
     if (entry == nullptr) return;
     if (list) EraseElement(list, entry, index);
+    if (list == &WidgetCallbackList) gWidgetIndex.valid = false;
     FreeWidgetEntry(entry);
 }
 
 void CV_ScriptTable::DeleteWidgetChildCallbacks(CV_WidgetCallbackVector* list, PyObject* scriptId, void* container) {
     (void)scriptId;
     if (list == nullptr) return;
-    // Nothing reaches a widget record except through this list (the widget trampoline searches it
-    // by widget id), so the children's records are freed as they are taken out.
+    // Nothing reaches a widget record except through this list (the widget trampoline finds it by
+    // widget id), so the children's records are freed as they are taken out.
     std::vector<_WidgetCallbackListEntry*> removed;
     for (size_t i = 0; i < list->size();) {
         _WidgetCallbackListEntry* e = (*list)[i];
@@ -228,6 +273,7 @@ void CV_ScriptTable::DeleteWidgetChildCallbacks(CV_WidgetCallbackVector* list, P
             ++i;
         }
     }
+    if (list == &WidgetCallbackList && !removed.empty()) gWidgetIndex.valid = false;
     for (_WidgetCallbackListEntry* e : removed) FreeWidgetEntry(e);
 }
 

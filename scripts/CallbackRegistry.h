@@ -106,6 +106,11 @@ extern CV_WidgetCallbackVector WidgetCallbackList;
 extern CV_BlockVector GetDataMemoryPointerList, SetDataMemoryPointerList;
 extern CV_BlockVector DrawWindowMemoryPointerList;
 
+// The record that takes a widget's messages: the widget's first record in WidgetCallbackList, or
+// null. The simulator gives a widget function no refcon, so the records are indexed by widget id;
+// the index follows the registry's changes to the list and is built again after any other.
+_WidgetCallbackListEntry* CV_WidgetRecord(const void* widgetId);
+
 // ---------------------------------------------------------------- interpreter generations
 
 // Records outlive the interpreter when a script forgets to unregister: the simulator keeps calling
