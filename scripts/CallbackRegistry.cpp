@@ -5,7 +5,6 @@
 #include <cstdarg>
 #include <cstdio>
 #include <iterator>
-#include <unordered_map>
 
 #include "CV_ScriptTable.h"
 #include "LogFiles.h"
@@ -84,27 +83,66 @@ T* FindFirst(const std::vector<T*>& list, int* found, int* index, Match match) {
 }
 
 // WidgetCallbackList by widget id: each widget's first record, so that a widget message reaches its
-// record without a search. The index describes the list as the registry last changed it; a change
-// made any other way (the integrity check clearing it) shows in the list's storage or size, and the
-// index is built again at the next message.
-struct WidgetIndex {
-    std::unordered_map<const void*, _WidgetCallbackListEntry*> first;
-    const void* storage = nullptr;
-    size_t size = 0;
-    bool valid = false;
+// record without a search. An open-addressed table, a power of two long and never more than half
+// full. It describes the list as the registry last changed it; a change made any other way (the
+// integrity check clearing the list) shows in the list's storage or size, and the table is built
+// again at the next message.
+class WidgetIndex {
+public:
+    _WidgetCallbackListEntry* Find(const void* widget) const {
+        for (size_t at = Home(widget);; at = (at + 1) & (slots_.size() - 1)) {
+            const Slot& slot = slots_[at];
+            if (slot.entry == nullptr || slot.widget == widget) return slot.entry;
+        }
+    }
+    // Adds the record unless its widget has one already; false when the table is too full for it.
+    bool Add(_WidgetCallbackListEntry* entry) {
+        if (2 * (used_ + 1) > slots_.size()) return false;
+        size_t at = Home(entry->widgetId);
+        while (slots_[at].entry != nullptr && slots_[at].widget != entry->widgetId) at = (at + 1) & (slots_.size() - 1);
+        if (slots_[at].entry == nullptr) {
+            slots_[at] = Slot{entry->widgetId, entry};
+            ++used_;
+        }
+        return true;
+    }
+    void Build(const CV_WidgetCallbackVector& list) {
+        size_t size = 16;
+        while (size < 2 * (list.size() + 1)) size *= 2;
+        slots_.assign(size, Slot{});
+        shift_ = 64;
+        for (size_t s = size; s > 1; s /= 2) --shift_;
+        used_ = 0;
+        for (_WidgetCallbackListEntry* e : list)
+            if (e != nullptr) Add(e);
+        Describe(list);
+    }
+    bool Describes(const CV_WidgetCallbackVector& list) const {
+        return valid_ && storage_ == list.data() && size_ == list.size();
+    }
+    void Describe(const CV_WidgetCallbackVector& list) {
+        storage_ = list.data();
+        size_ = list.size();
+        valid_ = true;
+    }
+    void Invalidate() { valid_ = false; }
+
+private:
+    struct Slot {
+        const void* widget = nullptr;
+        _WidgetCallbackListEntry* entry = nullptr;  // null: a free slot
+    };
+    size_t Home(const void* widget) const {
+        return static_cast<size_t>((reinterpret_cast<uintptr_t>(widget) * 0x9E3779B97F4A7C15u) >> shift_);
+    }
+    std::vector<Slot> slots_ = std::vector<Slot>(16);
+    unsigned shift_ = 60;
+    size_t used_ = 0;
+    const void* storage_ = nullptr;
+    size_t size_ = 0;
+    bool valid_ = false;
 };
 WidgetIndex gWidgetIndex;
-
-bool IndexDescribesWidgets() {
-    return gWidgetIndex.valid && gWidgetIndex.storage == WidgetCallbackList.data() &&
-           gWidgetIndex.size == WidgetCallbackList.size();
-}
-
-void IndexedWidgets() {
-    gWidgetIndex.storage = WidgetCallbackList.data();
-    gWidgetIndex.size = WidgetCallbackList.size();
-    gWidgetIndex.valid = true;
-}
 
 void FreeWidgetEntry(_WidgetCallbackListEntry* entry) {
     PyObject* callable = entry->callable;
@@ -197,27 +235,19 @@ _WidgetCallbackListEntry* CV_ScriptTable::AddWidgetCallback(CV_WidgetCallbackVec
     entry->generation = CV_InterpreterGeneration;
     entry->holdsReference = HoldCallable(callable);
     if (list == nullptr) return entry;
-    // A record added at the end changes no widget's first record but its own widget's, if it is the first.
-    const bool indexed = list == &WidgetCallbackList && IndexDescribesWidgets();
+    // A record added at the end is the first only of a widget that had none.
+    const bool described = list == &WidgetCallbackList && gWidgetIndex.Describes(*list);
     list->push_back(entry);
-    if (indexed) {
-        gWidgetIndex.first.emplace(widgetId, entry);
-        IndexedWidgets();
-    } else if (list == &WidgetCallbackList) {
-        gWidgetIndex.valid = false;
-    }
+    if (described && gWidgetIndex.Add(entry))
+        gWidgetIndex.Describe(*list);
+    else if (list == &WidgetCallbackList)
+        gWidgetIndex.Invalidate();
     return entry;
 }
 
 _WidgetCallbackListEntry* CV_WidgetRecord(const void* widgetId) {
-    if (!IndexDescribesWidgets()) {
-        gWidgetIndex.first.clear();
-        for (_WidgetCallbackListEntry* e : WidgetCallbackList)
-            if (e != nullptr) gWidgetIndex.first.emplace(e->widgetId, e);  // keeps a widget's first record
-        IndexedWidgets();
-    }
-    auto found = gWidgetIndex.first.find(widgetId);
-    return found == gWidgetIndex.first.end() ? nullptr : found->second;
+    if (!gWidgetIndex.Describes(WidgetCallbackList)) gWidgetIndex.Build(WidgetCallbackList);
+    return gWidgetIndex.Find(widgetId);
 }
 
 _WidgetCallbackListEntry* CV_ScriptTable::FindWidgetCallback(const CV_WidgetCallbackVector& list, PyObject* scriptId,
@@ -254,7 +284,7 @@ int CV_ScriptTable::UpdateWidgetCallback(CV_WidgetCallbackVector* list, PyObject
 void CV_ScriptTable::DeleteWidgetCallback(CV_WidgetCallbackVector* list, _WidgetCallbackListEntry* entry, int index) {
     if (entry == nullptr) return;
     if (list) EraseElement(list, entry, index);
-    if (list == &WidgetCallbackList) gWidgetIndex.valid = false;
+    if (list == &WidgetCallbackList) gWidgetIndex.Invalidate();
     FreeWidgetEntry(entry);
 }
 
@@ -273,7 +303,7 @@ void CV_ScriptTable::DeleteWidgetChildCallbacks(CV_WidgetCallbackVector* list, P
             ++i;
         }
     }
-    if (list == &WidgetCallbackList && !removed.empty()) gWidgetIndex.valid = false;
+    if (list == &WidgetCallbackList && !removed.empty()) gWidgetIndex.Invalidate();
     for (_WidgetCallbackListEntry* e : removed) FreeWidgetEntry(e);
 }
 
