@@ -1,10 +1,17 @@
 // Callback dispatch: trampolines and the dispatchers that call into the scripts.
+//
+// Most of these run every frame (flight loops, drawing, windows, widgets, accessors, command
+// handlers), so a dispatcher builds no tuple and parses no format: it makes the script's arguments
+// directly, calls by vectorcall and reads the result as the interpreter's "i", "f" or "d" would.
 #include "CallbackDispatch.h"
 
 #include <Python.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
+#include <iterator>
+#include <type_traits>
 
 #include "CV_ScriptTable.h"
 #include "CallbackRegistry.h"
@@ -15,7 +22,8 @@ namespace {
 
 // What a dispatcher may do with the record behind a refcon.
 enum class Reach {
-    Skip,        // no record, an inert record or one of an earlier interpreter, or its script is missing or disabled
+    Skip,        // no record, an inert record, or its script is missing or disabled
+    LeftBehind,  // a record of an earlier interpreter: nothing is taken from it
     NoCallable,  // the record has no callable
     Call,
 };
@@ -31,21 +39,14 @@ struct Target {
 // earlier run never touches Python objects.
 Reach Resolve(const _CallbackList* entry, Target& target) {
     const _CallbackRecord* record = entry ? entry->record : nullptr;
-    if (record == nullptr || record->inert || !CV_IsCurrentGeneration(record->generation)) return Reach::Skip;
-    if (record->scriptId == nullptr || record->scriptEnabled == nullptr || *record->scriptEnabled == 0)
+    if (record == nullptr) return Reach::Skip;
+    if (!CV_IsCurrentGeneration(record->generation)) return Reach::LeftBehind;
+    if (record->inert || record->scriptId == nullptr || record->scriptEnabled == nullptr || *record->scriptEnabled == 0)
         return Reach::Skip;
     if (record->callable == nullptr) return Reach::NoCallable;
     target.callable = record->callable;
     target.refcon = record->refcon;
     return Reach::Call;
-}
-
-// A registration that a script left behind when its interpreter stopped. The kinds whose default
-// answer would hold the simulator back (a draw callback suppressing a phase, a key sniffer eating
-// every key, a command handler stopping its command, a flight loop asked again every second)
-// answer such a record so that the simulator carries on as if it were not there.
-bool LeftBehind(const _CallbackList* entry) {
-    return entry != nullptr && entry->record != nullptr && !CV_IsCurrentGeneration(entry->record->generation);
 }
 
 // The slot of a refcon block (data accessors, windows); null when the block or the slot is empty.
@@ -59,46 +60,148 @@ void CannotFind(const char* line) {
     CV_WriteToLog(line);
 }
 
-// The script's refcon as it goes back to the script.
-PyObject* RefconObject(void* refcon) { return PyLong_FromLong(static_cast<long>(reinterpret_cast<intptr_t>(refcon))); }
+// ---- the script's arguments, each a new reference (null with the error set when it cannot be made)
 
+// Small ints (phases, flags, counts, refcons, coordinates) come from a table of the interpreter's own
+// shared ones, filled once per interpreter, without a call into it.
+PyObject* Int(long value) {
+    constexpr long kLeast = -5, kMost = 1024;
+    static PyObject* shared[kMost - kLeast + 1] = {};
+    static unsigned generation = 0;
+    if (value < kLeast || value > kMost) return PyLong_FromLong(value);
+    if (generation != CV_InterpreterGeneration) {
+        // The ints of an earlier interpreter went with it.
+        std::fill(std::begin(shared), std::end(shared), nullptr);
+        generation = CV_InterpreterGeneration;
+    }
+    PyObject*& object = shared[value - kLeast];
+    if (object == nullptr) object = PyLong_FromLong(value);  // the table keeps this reference
+    Py_XINCREF(object);
+    return object;
+}
+PyObject* Float(double value) { return PyFloat_FromDouble(value); }
+// An SDK handle in full, so that it equals what the SDK function that made it gave the script. The
+// windows, widgets and commands that per-frame callbacks pass are few and come again and again, so
+// the ints made for them are kept (a small table by handle, forgotten when the interpreter stops)
+// and shared: an int never changes, so a shared one is as good as a new one.
+PyObject* Handle(const void* handle) {
+    struct Made {
+        const void* handle;
+        PyObject* object;
+    };
+    // Small values (a widget message's parameters are mostly 0) are small ints.
+    if (reinterpret_cast<uintptr_t>(handle) <= 1024) return Int(static_cast<long>(reinterpret_cast<uintptr_t>(handle)));
+    static Made made[64];
+    static unsigned generation = 0;
+    if (generation != CV_InterpreterGeneration) {
+        // The ints of an earlier interpreter went with it.
+        for (Made& m : made) m = Made{nullptr, nullptr};
+        generation = CV_InterpreterGeneration;
+    }
+    Made& m = made[(reinterpret_cast<uintptr_t>(handle) * 0x9E3779B97F4A7C15u) >> 58];
+    if (m.object == nullptr || m.handle != handle) {
+        PyObject* object = PyLong_FromVoidPtr(const_cast<void*>(handle));
+        if (object == nullptr) return nullptr;
+        Py_XDECREF(m.object);
+        m = Made{handle, object};
+    }
+    Py_INCREF(m.object);
+    return m.object;
+}
+// The script's refcon as it goes back to the script.
+PyObject* RefconObject(void* refcon) { return Int(static_cast<long>(reinterpret_cast<intptr_t>(refcon))); }
 // A text from the simulator as a str; invalid UTF-8 is replaced rather than refused.
 PyObject* TextObject(const char* text) {
     if (text == nullptr) Py_RETURN_NONE;
     return PyUnicode_DecodeUTF8(text, static_cast<Py_ssize_t>(strlen(text)), "replace");
 }
 
-// Calls the script with the tuple (released here). The callable is held for the length of the
-// call, since the script may unregister the very callback that is running. Null with a pending
-// error when the tuple could not be built or the call failed.
-PyObject* CallScript(PyObject* callable, PyObject* args) {
-    if (args == nullptr) return nullptr;
-    Py_INCREF(callable);
-    PyObject* result = PyObject_CallObject(callable, args);
-    Py_DECREF(callable);
-    Py_DECREF(args);
+// A float argument of a kind that runs every frame for every script (the flight loops' times). The
+// object comes back here after the call when the script kept no reference to it, and the next call
+// writes its value into it instead of making a new one: the object is the plugin's alone then, so
+// no script can see it change. One spare object at most, forgotten when the interpreter stops.
+class FloatArgument {
+public:
+    PyObject* Make(double value) {
+        PyObject* spare = spare_;
+        spare_ = nullptr;
+        if (spare == nullptr || generation_ != CV_InterpreterGeneration) return PyFloat_FromDouble(value);
+        reinterpret_cast<PyFloatObject*>(spare)->ob_fval = value;
+        return spare;
+    }
+    // Takes back a reference that Make gave.
+    void TakeBack(PyObject* object) {
+        if (object != nullptr && spare_ == nullptr && Py_REFCNT(object) == 1 && PyFloat_CheckExact(object)) {
+            spare_ = object;
+            generation_ = CV_InterpreterGeneration;
+        } else {
+            Py_XDECREF(object);
+        }
+    }
+
+private:
+    PyObject* spare_ = nullptr;
+    unsigned generation_ = 0;
+};
+
+// Calls the script with the arguments, which are released here. The call is a vectorcall that leaves
+// the slot before the arguments free, so a bound method is called without copying them. The callable
+// is held for the length of the call, since the script may unregister the very callback that is
+// running. Null with the error set when an argument could not be made (nothing is called then) or
+// the call failed.
+template <typename... Arguments>
+PyObject* CallScript(PyObject* callable, Arguments... made) {
+    static_assert((std::is_same_v<Arguments, PyObject*> && ...), "the arguments are Python objects");
+    PyObject* argv[1 + sizeof...(Arguments)] = {nullptr, made...};
+    PyObject* result = nullptr;
+    if (((made != nullptr) && ...)) {
+        Py_INCREF(callable);
+        result =
+            PyObject_Vectorcall(callable, argv + 1, sizeof...(Arguments) | PY_VECTORCALL_ARGUMENTS_OFFSET, nullptr);
+        Py_DECREF(callable);
+    }
+    for (PyObject* argument : argv) Py_XDECREF(argument);
     return result;
 }
 
-// Converts and releases the script's result; a result that does not convert leaves *value as it
-// was, and the conversion error is dropped.
-template <typename T>
-void ParseResult(PyObject* result, const char* format, T* value) {
-    if (!PyArg_Parse(result, format, value)) PyErr_Clear();
+// Reads and releases the script's result as the interpreter's argument parser reads "i", "f" and
+// "d"; a result that does not convert leaves *value as it was, and the conversion error is dropped.
+void ReadResult(PyObject* result, int* value) {
+    const long number = PyLong_AsLong(result);
+    if ((number == -1 && PyErr_Occurred()) || number > INT_MAX || number < INT_MIN)
+        PyErr_Clear();
+    else
+        *value = static_cast<int>(number);
     Py_DECREF(result);
 }
 
+void ReadResult(PyObject* result, double* value) {
+    const double number = PyFloat_CheckExact(result) ? PyFloat_AS_DOUBLE(result) : PyFloat_AsDouble(result);
+    if (number == -1.0 && PyErr_Occurred())
+        PyErr_Clear();
+    else
+        *value = number;
+    Py_DECREF(result);
+}
+
+void ReadResult(PyObject* result, float* value) {
+    double number = *value;
+    ReadResult(result, &number);
+    *value = static_cast<float>(number);
+}
+
 // The common path of the kinds whose SDK callback returns nothing: 0 when the script was not
-// reached, else 1.
-int CallWithoutResult(const _CallbackList* entry, const char* missingLine, PyObject* (*buildArgs)(const Target&, const void*),
-                      const void* context) {
+// reached, else 1. `call(target)` calls the script.
+template <typename Call>
+int CallWithoutResult(const _CallbackList* entry, const char* missingLine, Call call) {
     Target t;
     switch (Resolve(entry, t)) {
-        case Reach::Skip: return 0;
+        case Reach::Skip:
+        case Reach::LeftBehind: return 0;
         case Reach::NoCallable: CannotFind(missingLine); return 1;
         case Reach::Call: break;
     }
-    PyObject* result = CallScript(t.callable, buildArgs(t, context));
+    PyObject* result = call(t);
     if (result == nullptr) {
         CV_PrintPythonError();
         return 1;
@@ -107,41 +210,47 @@ int CallWithoutResult(const _CallbackList* entry, const char* missingLine, PyObj
     return 1;
 }
 
-// What a dispatcher answers the simulator when it has no answer of the script's: a result that
-// does not convert also leaves `notCalled`.
+// What a dispatcher answers the simulator when it has no answer of the script's.
 template <typename T>
 struct Answers {
-    T notCalled;   // Reach::Skip
+    T notCalled;   // Reach::Skip; also a result that does not convert
     T noCallable;  // Reach::NoCallable
     T failed;      // the script's call raised
+    T leftBehind;  // Reach::LeftBehind
 };
-// 0 when the script was not reached, else 1 (draw callbacks, key sniffers, scalar getters).
+// 0 when the script was not reached, else 1 (scalar getters).
 template <typename T>
-constexpr Answers<T> kOneOnceReached{T(0), T(1), T(1)};
-// 0 whatever happened (window mouse and cursor handlers, command handlers).
-constexpr Answers<int> kAlwaysZero{0, 0, 0};
+constexpr Answers<T> kOneOnceReached{T(0), T(1), T(1), T(0)};
+// 0 whatever happened (window mouse and cursor handlers).
+constexpr Answers<int> kAlwaysZero{0, 0, 0, 0};
+// A registration that a script left behind when its interpreter stopped answers so that the
+// simulator carries on as if it were not there: no suppressed drawing phase, no eaten key (draw
+// callbacks and key sniffers, otherwise as kOneOnceReached), no stopped command (command handlers,
+// otherwise 0).
+constexpr Answers<int> kDrawOrKey{0, 1, 1, 1};
+constexpr Answers<int> kCommand{0, 0, 0, 1};
 
-// The common path of the kinds whose result is parsed with one format.
-template <typename T>
-T CallWithResult(const _CallbackList* entry, const char* missingLine, const Answers<T>& answers, const char* format,
-                 PyObject* args_if_called(const Target&, const void*), const void* context) {
+// The common path of the kinds that answer the simulator with the script's result.
+template <typename T, typename Call>
+T CallWithResult(const _CallbackList* entry, const char* missingLine, const Answers<T>& answers, Call call) {
     Target t;
     switch (Resolve(entry, t)) {
         case Reach::Skip: return answers.notCalled;
+        case Reach::LeftBehind: return answers.leftBehind;
         case Reach::NoCallable: CannotFind(missingLine); return answers.noCallable;
         case Reach::Call: break;
     }
-    PyObject* result = CallScript(t.callable, args_if_called(t, context));
+    PyObject* result = call(t);
     if (result == nullptr) {
         CV_PrintPythonError();
         return answers.failed;
     }
     T value = answers.notCalled;
-    ParseResult(result, format, &value);
+    ReadResult(result, &value);
     return value;
 }
 
-PyObject* RefconOnly(const Target& t, const void*) { return Py_BuildValue("(N)", RefconObject(t.refcon)); }
+PyObject* RefconOnly(const Target& t) { return CallScript(t.callable, RefconObject(t.refcon)); }
 
 // ---- array accessors
 
@@ -171,7 +280,8 @@ int CallArrayGetter(const _CallbackList* entry, bool haveBuffer, int inOffset, i
                     Fill fill) {
     Target t;
     switch (Resolve(entry, t)) {
-        case Reach::Skip: return 0;
+        case Reach::Skip:
+        case Reach::LeftBehind: return 0;
         case Reach::NoCallable: CannotFind(missingLine); return 1;
         case Reach::Call: break;
     }
@@ -183,15 +293,16 @@ int CallArrayGetter(const _CallbackList* entry, bool haveBuffer, int inOffset, i
             return 1;
         }
     }
-    PyObject* args = Py_BuildValue("(NOii)", RefconObject(t.refcon), list ? list : Py_None, inOffset, inMax);
-    PyObject* result = CallScript(t.callable, args);
+    PyObject* given = list ? list : Py_None;
+    Py_INCREF(given);  // the call releases its arguments; the list is read after it
+    PyObject* result = CallScript(t.callable, RefconObject(t.refcon), given, Int(inOffset), Int(inMax));
     if (result == nullptr) {
         Py_XDECREF(list);
         CV_PrintPythonError();
         return 1;
     }
     int count = 0;
-    ParseResult(result, "i", &count);
+    ReadResult(result, &count);
     int n = std::max(0, std::min(count, inMax));
     if (list != nullptr) {
         n = fill(list, n, std::max(0, inMax));
@@ -229,21 +340,11 @@ PyObject* ListFromBuffer(const T* values, int count, Make make) {
 template <typename T, typename Make>
 int CallArraySetter(const _CallbackList* entry, const T* values, int inOffset, int inCount, const char* missingLine,
                     Make make) {
-    Target t;
-    switch (Resolve(entry, t)) {
-        case Reach::Skip: return 0;
-        case Reach::NoCallable: CannotFind(missingLine); return 1;
-        case Reach::Call: break;
-    }
-    PyObject* list = ListFromBuffer(values, inCount, make);
-    PyObject* args = list ? Py_BuildValue("(NNii)", RefconObject(t.refcon), list, inOffset, inCount) : nullptr;
-    PyObject* result = CallScript(t.callable, args);
-    if (result == nullptr) {
-        CV_PrintPythonError();
-        return 1;
-    }
-    Py_DECREF(result);
-    return 1;
+    return CallWithoutResult(entry, missingLine, [&](const Target& t) {
+        PyObject* list = ListFromBuffer(values, inCount, make);
+        if (list == nullptr) return static_cast<PyObject*>(nullptr);
+        return CallScript(t.callable, RefconObject(t.refcon), list, Int(inOffset), Int(inCount));
+    });
 }
 
 PyObject* IntItem(int v) { return PyLong_FromLong(v); }
@@ -256,186 +357,121 @@ PyObject* ByteItem(char v) { return PyLong_FromLong(static_cast<signed char>(v))
 
 float CallUserFlightLoopCallback(float inElapsedSinceLastCall, float inElapsedTimeSinceLastFlightLoop, int inCounter,
                                  void* inRefcon) {
-    // A flight loop object made without a record has nothing to call: it is not scheduled again.
-    if (inRefcon == nullptr || LeftBehind(static_cast<const _CallbackList*>(inRefcon))) return 0.0f;
+    // A flight loop object made without a record has nothing to call, nor has a record left behind:
+    // neither is scheduled again.
+    if (inRefcon == nullptr) return 0.0f;
     Target t;
     switch (Resolve(static_cast<const _CallbackList*>(inRefcon), t)) {
         case Reach::Skip: return 1.0f;
+        case Reach::LeftBehind: return 0.0f;
         case Reach::NoCallable: CannotFind("Cannot find method FlightLoopCallback\n"); return 1.0f;
         case Reach::Call: break;
     }
-    // Flight loops run every frame: the four arguments go to the script by vectorcall, without a
-    // tuple or a format string, and the result is read as Python's float() would.
-    PyObject* argv[4] = {PyFloat_FromDouble(inElapsedSinceLastCall), PyFloat_FromDouble(inElapsedTimeSinceLastFlightLoop),
-                         PyLong_FromLong(inCounter), RefconObject(t.refcon)};
-    PyObject* result = nullptr;
-    if (argv[0] && argv[1] && argv[2] && argv[3]) {
-        Py_INCREF(t.callable);
-        result = PyObject_Vectorcall(t.callable, argv, 4, nullptr);
-        Py_DECREF(t.callable);
-    }
-    for (PyObject* arg : argv) Py_XDECREF(arg);
+    static FloatArgument sinceLastCall, sinceLastLoop;
+    PyObject* since = sinceLastCall.Make(inElapsedSinceLastCall);
+    PyObject* sinceLoop = sinceLastLoop.Make(inElapsedTimeSinceLastFlightLoop);
+    Py_XINCREF(since);  // kept past the call, to be used again
+    Py_XINCREF(sinceLoop);
+    PyObject* result = CallScript(t.callable, since, sinceLoop, Int(inCounter), RefconObject(t.refcon));
+    sinceLastCall.TakeBack(since);
+    sinceLastLoop.TakeBack(sinceLoop);
     if (result == nullptr) {
         CV_PrintPythonError();
         return 1.0f;
     }
+    // Read as Python's float() would; a result that does not convert keeps the default.
     float value = 1.0f;
-    const double seconds = PyFloat_AsDouble(result);
-    if (seconds == -1.0 && PyErr_Occurred())
-        PyErr_Clear();  // an unconvertible result keeps the default
-    else
-        value = static_cast<float>(seconds);
-    Py_DECREF(result);
+    ReadResult(result, &value);
     return value;
 }
 
 // ---------------------------------------------------------------- drawing, keys, hot keys
 
-namespace {
-struct DrawArgs { int phase, isBefore; };
-struct KeySnifferArgs { char key; int flags; char virtualKey; };
-}  // namespace
-
 int CallUserDrawCallback(XPLMDrawingPhase inPhase, int inIsBefore, void* inRefcon) {
-    if (LeftBehind(static_cast<const _CallbackList*>(inRefcon))) return 1;
-    DrawArgs a{inPhase, inIsBefore};
-    return CallWithResult<int>(
-        static_cast<const _CallbackList*>(inRefcon), "Cannot find method DrawCallback\n", kOneOnceReached<int>, "i",
-        [](const Target& t, const void* c) {
-            auto* a = static_cast<const DrawArgs*>(c);
-            return Py_BuildValue("(iiN)", a->phase, a->isBefore, RefconObject(t.refcon));
-        },
-        &a);
+    return CallWithResult(
+        static_cast<const _CallbackList*>(inRefcon), "Cannot find method DrawCallback\n", kDrawOrKey,
+        [&](const Target& t) { return CallScript(t.callable, Int(inPhase), Int(inIsBefore), RefconObject(t.refcon)); });
 }
 
 int CallUserKeySnifferCallback(char inChar, XPLMKeyFlags inFlags, char inVirtualKey, void* inRefcon) {
-    if (LeftBehind(static_cast<const _CallbackList*>(inRefcon))) return 1;
-    KeySnifferArgs a{inChar, inFlags, inVirtualKey};
-    return CallWithResult<int>(
-        static_cast<const _CallbackList*>(inRefcon), "Cannot find method KeySnifferCallback\n", kOneOnceReached<int>,
-        "i",
-        [](const Target& t, const void* c) {
-            auto* a = static_cast<const KeySnifferArgs*>(c);
-            return Py_BuildValue("(biiN)", static_cast<int>(a->key), a->flags,
-                                 static_cast<int>(static_cast<unsigned char>(a->virtualKey)), RefconObject(t.refcon));
-        },
-        &a);
+    return CallWithResult(static_cast<const _CallbackList*>(inRefcon), "Cannot find method KeySnifferCallback\n",
+                          kDrawOrKey, [&](const Target& t) {
+                              return CallScript(t.callable, Int(inChar), Int(inFlags),
+                                                Int(static_cast<unsigned char>(inVirtualKey)), RefconObject(t.refcon));
+                          });
 }
 
 int CallUserHotKeyCallback(void* inRefcon) {
     return CallWithoutResult(static_cast<const _CallbackList*>(inRefcon), "Cannot find method HotKeyCallback\n",
-                             RefconOnly, nullptr);
+                             RefconOnly);
 }
 
 // ---------------------------------------------------------------- windows
 
-namespace {
-struct WindowArgs {
-    void* window;
-    int x, y, a, b;  // mouse: status; wheel: wheel, clicks
-};
-struct WindowKeyArgs {
-    void* window;
-    char key;
-    int flags;
-    char virtualKey;
-    int losingFocus;
-};
-}  // namespace
-
 int CallUserDrawWindowCallback(XPLMWindowID inWindowID, void* inRefcon) {
     return CallWithoutResult(
         Slot(inRefcon, CV_WindowDrawSlot), "Cannot find method DrawWindowCallback\n",
-        [](const Target& t, const void* w) {
-            return Py_BuildValue("(NN)", PyLong_FromVoidPtr(const_cast<void*>(w)), RefconObject(t.refcon));
-        },
-        inWindowID);
+        [&](const Target& t) { return CallScript(t.callable, Handle(inWindowID), RefconObject(t.refcon)); });
 }
 
 int CallUserKeyCallback(XPLMWindowID inWindowID, char inKey, XPLMKeyFlags inFlags, char inVirtualKey, void* inRefcon,
                         int losingFocus) {
-    WindowKeyArgs a{inWindowID, inKey, inFlags, inVirtualKey, losingFocus};
-    return CallWithoutResult(
-        Slot(inRefcon, CV_WindowKeySlot), "Cannot find method KeyCallback\n",
-        [](const Target& t, const void* c) {
-            auto* a = static_cast<const WindowKeyArgs*>(c);
-            return Py_BuildValue("(NiiiNi)", PyLong_FromVoidPtr(a->window), static_cast<int>(a->key), a->flags,
-                                 static_cast<int>(a->virtualKey), RefconObject(t.refcon), a->losingFocus);
-        },
-        &a);
+    // Unlike a key sniffer's, the window's virtual key goes to the script as a signed char.
+    return CallWithoutResult(Slot(inRefcon, CV_WindowKeySlot), "Cannot find method KeyCallback\n",
+                             [&](const Target& t) {
+                                 return CallScript(t.callable, Handle(inWindowID), Int(inKey), Int(inFlags),
+                                                   Int(inVirtualKey), RefconObject(t.refcon), Int(losingFocus));
+                             });
 }
 
 int CallUserMouseClickCallback(XPLMWindowID inWindowID, int x, int y, XPLMMouseStatus inMouse, void* inRefcon) {
-    WindowArgs a{inWindowID, x, y, inMouse, 0};
-    return CallWithResult<int>(
-        Slot(inRefcon, CV_WindowMouseClickSlot), "Cannot find method MouseClickCallback\n", kAlwaysZero, "i",
-        [](const Target& t, const void* c) {
-            auto* a = static_cast<const WindowArgs*>(c);
-            return Py_BuildValue("(NiiiN)", PyLong_FromVoidPtr(a->window), a->x, a->y, a->a, RefconObject(t.refcon));
-        },
-        &a);
+    return CallWithResult(Slot(inRefcon, CV_WindowMouseClickSlot), "Cannot find method MouseClickCallback\n",
+                          kAlwaysZero, [&](const Target& t) {
+                              return CallScript(t.callable, Handle(inWindowID), Int(x), Int(y), Int(inMouse),
+                                                RefconObject(t.refcon));
+                          });
 }
 
 XPLMCursorStatus CallUserCursorStatusCallback(XPLMWindowID inWindowID, int x, int y, void* inRefcon) {
-    WindowArgs a{inWindowID, x, y, 0, 0};
-    return CallWithResult<int>(
-        Slot(inRefcon, CV_WindowCursorStatusSlot), "Cannot find method CursorStatusCallback\n", kAlwaysZero, "i",
-        [](const Target& t, const void* c) {
-            auto* a = static_cast<const WindowArgs*>(c);
-            return Py_BuildValue("(NiiN)", PyLong_FromVoidPtr(a->window), a->x, a->y, RefconObject(t.refcon));
-        },
-        &a);
+    return CallWithResult(Slot(inRefcon, CV_WindowCursorStatusSlot), "Cannot find method CursorStatusCallback\n",
+                          kAlwaysZero, [&](const Target& t) {
+                              return CallScript(t.callable, Handle(inWindowID), Int(x), Int(y), RefconObject(t.refcon));
+                          });
 }
 
 int CallUserMouseWheelCallback(XPLMWindowID inWindowID, int x, int y, int wheel, int clicks, void* inRefcon) {
-    WindowArgs a{inWindowID, x, y, wheel, clicks};
-    return CallWithResult<int>(
-        Slot(inRefcon, CV_WindowMouseWheelSlot), "Cannot find method MouseWheelCallback\n", kAlwaysZero, "i",
-        [](const Target& t, const void* c) {
-            auto* a = static_cast<const WindowArgs*>(c);
-            return Py_BuildValue("(NiiiiN)", PyLong_FromVoidPtr(a->window), a->x, a->y, a->a, a->b,
-                                 RefconObject(t.refcon));
-        },
-        &a);
+    return CallWithResult(Slot(inRefcon, CV_WindowMouseWheelSlot), "Cannot find method MouseWheelCallback\n",
+                          kAlwaysZero, [&](const Target& t) {
+                              return CallScript(t.callable, Handle(inWindowID), Int(x), Int(y), Int(wheel), Int(clicks),
+                                                RefconObject(t.refcon));
+                          });
 }
 
 // ---------------------------------------------------------------- menus, commands, errors
 
 int CallUserMenuCallback(void* inMenuRef, void* inItemRef) {
+    // The item refcon is the script's own integer, given back as it was given.
     return CallWithoutResult(
         static_cast<const _CallbackList*>(inMenuRef), "Cannot find method UserMenuCallback\n",
-        [](const Target& t, const void* item) {
-            // The item refcon is the script's own integer, given back as it was given.
-            return Py_BuildValue("(NN)", RefconObject(t.refcon), RefconObject(const_cast<void*>(item)));
-        },
-        inItemRef);
+        [&](const Target& t) { return CallScript(t.callable, RefconObject(t.refcon), RefconObject(inItemRef)); });
 }
 
-namespace {
-struct CommandArgs { void* command; int phase; };
-}  // namespace
-
 int CallUserCommandCallback(XPLMCommandRef inCommand, XPLMCommandPhase inPhase, void* inRefcon) {
-    if (LeftBehind(static_cast<const _CallbackList*>(inRefcon))) return 1;
-    CommandArgs a{inCommand, inPhase};
-    return CallWithResult<int>(
-        static_cast<const _CallbackList*>(inRefcon), "Cannot find method CommandCallback\n", kAlwaysZero, "i",
-        [](const Target& t, const void* c) {
-            auto* a = static_cast<const CommandArgs*>(c);
-            // The command handle in full, so that it equals what XPLMFindCommand gave the script.
-            return Py_BuildValue("(NiN)", PyLong_FromVoidPtr(a->command), a->phase, RefconObject(t.refcon));
-        },
-        &a);
+    return CallWithResult(static_cast<const _CallbackList*>(inRefcon), "Cannot find method CommandCallback\n", kCommand,
+                          [&](const Target& t) {
+                              return CallScript(t.callable, Handle(inCommand), Int(inPhase), RefconObject(t.refcon));
+                          });
 }
 
 int CallUserErrorCallback(const char* inMessage, void* inRefcon) {
     Target t;
     switch (Resolve(static_cast<const _CallbackList*>(inRefcon), t)) {
-        case Reach::Skip: return 0;
+        case Reach::Skip:
+        case Reach::LeftBehind: return 0;
         case Reach::NoCallable: CannotFind("Cannot find method CommandCallback\n"); return 0;
         case Reach::Call: break;
     }
-    PyObject* result = CallScript(t.callable, Py_BuildValue("(N)", TextObject(inMessage)));
+    PyObject* result = CallScript(t.callable, TextObject(inMessage));
     if (result == nullptr) CV_PrintPythonError();
     Py_XDECREF(result);
     return 0;
@@ -456,37 +492,30 @@ void CV_DispatchErrorCallbacks(const char* message) {
 
 int CallUserPlanesAvailableCallback(void* inRefcon) {
     return CallWithoutResult(static_cast<const _CallbackList*>(inRefcon),
-                             "Cannot find method UserPlanesAvailableCallback\n", RefconOnly, nullptr);
+                             "Cannot find method UserPlanesAvailableCallback\n", RefconOnly);
 }
 
 int CallUserSharedDataCallback(void* inRefcon) {
     return CallWithoutResult(static_cast<const _CallbackList*>(inRefcon), "Cannot find method UserSharedDataCallback\n",
-                             RefconOnly, nullptr);
+                             RefconOnly);
 }
-
-namespace {
-PyObject* TextAndRefcon(const Target& t, const void* text) {
-    return Py_BuildValue("(NN)", TextObject(static_cast<const char*>(text)), RefconObject(t.refcon));
-}
-}  // namespace
 
 int CallUserFeatureEnumeratorCallback(const char* inFeature, void* inRef) {
-    return CallWithoutResult(static_cast<const _CallbackList*>(inRef), "Cannot find method FeatureEnumeratorCallback\n",
-                             TextAndRefcon, inFeature);
+    return CallWithoutResult(
+        static_cast<const _CallbackList*>(inRef), "Cannot find method FeatureEnumeratorCallback\n",
+        [&](const Target& t) { return CallScript(t.callable, TextObject(inFeature), RefconObject(t.refcon)); });
 }
 
 int CallUserLibraryEnumeratorCallback(const char* inFilePath, void* inRef) {
-    return CallWithoutResult(static_cast<const _CallbackList*>(inRef), "Cannot find method LibraryEnumeratorCallback\n",
-                             TextAndRefcon, inFilePath);
+    return CallWithoutResult(
+        static_cast<const _CallbackList*>(inRef), "Cannot find method LibraryEnumeratorCallback\n",
+        [&](const Target& t) { return CallScript(t.callable, TextObject(inFilePath), RefconObject(t.refcon)); });
 }
 
 int CallUserObjectLoadedCallback(XPLMObjectRef inObject, void* inRefcon) {
     return CallWithoutResult(
         static_cast<const _CallbackList*>(inRefcon), "Cannot find method ObjectLoadedCallback\n",
-        [](const Target& t, const void* object) {
-            return Py_BuildValue("(NN)", PyLong_FromVoidPtr(const_cast<void*>(object)), RefconObject(t.refcon));
-        },
-        inObject);
+        [&](const Target& t) { return CallScript(t.callable, Handle(inObject), RefconObject(t.refcon)); });
 }
 
 // ---------------------------------------------------------------- camera
@@ -494,7 +523,8 @@ int CallUserObjectLoadedCallback(XPLMObjectRef inObject, void* inRefcon) {
 int CallUserCameraControlCallback(XPLMCameraPosition_t* outCameraPosition, int inIsLosingControl, void* inRefcon) {
     Target t;
     switch (Resolve(static_cast<const _CallbackList*>(inRefcon), t)) {
-        case Reach::Skip: return 0;
+        case Reach::Skip:
+        case Reach::LeftBehind: return 0;
         case Reach::NoCallable: CannotFind("Cannot find function UserCameraControlCallback\n"); return 0;
         case Reach::Call: break;
     }
@@ -506,64 +536,48 @@ int CallUserCameraControlCallback(XPLMCameraPosition_t* outCameraPosition, int i
         std::copy(fields, fields + 7, position);
     }
 
-    PyObject* args = nullptr;
+    // The list is kept past the call: the script moves the camera by assigning its items. When the
+    // simulator is taking control away there is no position to offer, and the script gets 0.
+    PyObject* list = nullptr;
+    PyObject* result = nullptr;
     if (outCameraPosition == nullptr) {
-        // The simulator is taking control away: there is no position to offer.
-        args = Py_BuildValue("(liN)", 0L, inIsLosingControl, RefconObject(t.refcon));
+        result = CallScript(t.callable, Int(0), Int(inIsLosingControl), RefconObject(t.refcon));
     } else {
-        PyObject* list = PyList_New(7);
-        if (list != nullptr) {
-            for (int i = 0; i < 7; ++i) {
-                PyObject* item = PyFloat_FromDouble(*position[i]);
-                if (item == nullptr) {
-                    Py_CLEAR(list);
-                    break;
-                }
+        list = PyList_New(7);
+        for (int i = 0; list != nullptr && i < 7; ++i) {
+            PyObject* item = PyFloat_FromDouble(*position[i]);
+            if (item == nullptr)
+                Py_CLEAR(list);
+            else
                 PyList_SET_ITEM(list, i, item);
-            }
         }
-        if (list != nullptr) args = Py_BuildValue("(NiN)", list, inIsLosingControl, RefconObject(t.refcon));
+        if (list != nullptr) {
+            Py_INCREF(list);
+            result = CallScript(t.callable, list, Int(inIsLosingControl), RefconObject(t.refcon));
+        }
     }
-    if (args == nullptr) {
-        CV_PrintPythonError();
-        CV_WriteToLog("UserCameraControlCallback Call failed\n");
-        return 0;
-    }
-
-    // The tuple is kept past the call: the script moves the camera by assigning the list's items.
-    Py_INCREF(t.callable);
-    PyObject* result = PyObject_CallObject(t.callable, args);
-    Py_DECREF(t.callable);
     if (result == nullptr) {
-        Py_DECREF(args);
+        Py_XDECREF(list);
         CV_PrintPythonError();
         CV_WriteToLog("UserCameraControlCallback Call failed\n");
         return 0;
     }
     int value = 0;
-    ParseResult(result, "i", &value);
+    ReadResult(result, &value);
 
-    if (outCameraPosition != nullptr) {
-        PyObject* list = nullptr;
-        int flag = 0;
-        long refcon = 0;
-        if (PyArg_ParseTuple(args, "Oil", &list, &flag, &refcon) && PyList_Check(list)) {
-            const Py_ssize_t size = PyList_GET_SIZE(list);
-            // Items the script removed or made unconvertible leave their field as it was.
-            for (Py_ssize_t i = 0; i < 7 && i < size; ++i) {
-                double v = PyFloat_AsDouble(PyList_GET_ITEM(list, i));
-                if (v == -1.0 && PyErr_Occurred()) {
-                    PyErr_Clear();
-                    continue;
-                }
-                *position[i] = static_cast<float>(v);
+    if (list != nullptr) {
+        const Py_ssize_t size = PyList_GET_SIZE(list);
+        // Items the script removed or made unconvertible leave their field as it was.
+        for (Py_ssize_t i = 0; i < 7 && i < size; ++i) {
+            double v = PyFloat_AsDouble(PyList_GET_ITEM(list, i));
+            if (v == -1.0 && PyErr_Occurred()) {
+                PyErr_Clear();
+                continue;
             }
-        } else {
-            PyErr_Clear();
-            value = 0;
+            *position[i] = static_cast<float>(v);
         }
+        Py_DECREF(list);
     }
-    Py_DECREF(args);
     return value;
 }
 
@@ -580,19 +594,17 @@ int CallUserWidgetCallback(XPWidgetMessage inMessage, XPWidgetID inWidget, intpt
         CannotFind("Cannot find method UserWidgetCallback\n");
         return 1;
     }
-    // The widget function may destroy its own widget, which frees the entry: take what is needed first.
-    PyObject* callable = entry->callable;
-    PyObject* args = Py_BuildValue("(iNNN)", inMessage, PyLong_FromVoidPtr(inWidget),
-                                   PyLong_FromVoidPtr(reinterpret_cast<void*>(inParam1)),
-                                   PyLong_FromVoidPtr(reinterpret_cast<void*>(inParam2)));
-    PyObject* result = CallScript(callable, args);
+    // The widget function may destroy its own widget, which frees the entry: nothing is read from it
+    // after the call.
+    PyObject* result = CallScript(entry->callable, Int(inMessage), Handle(inWidget),
+                                  Handle(reinterpret_cast<void*>(inParam1)), Handle(reinterpret_cast<void*>(inParam2)));
     if (result == nullptr) {
         // A failing widget function counts as having handled the message; its error is not shown.
         PyErr_Clear();
         return 1;
     }
     int value = 0;
-    ParseResult(result, "i", &value);
+    ReadResult(result, &value);
     return value;
 }
 
@@ -601,56 +613,44 @@ int CallUserWidgetCallback(XPWidgetMessage inMessage, XPWidgetID inWidget, intpt
 int CallUserGetDatai_Callback(void* inRefcon) {
     const _CallbackList* entry = Slot(inRefcon, CV_AccessorIntSlot);
     if (entry == nullptr) return 0;
-    return CallWithResult<int>(entry, "Cannot find method UserGetDataiCallback\n", kOneOnceReached<int>, "i",
-                               RefconOnly, nullptr);
+    return CallWithResult(entry, "Cannot find method UserGetDataiCallback\n", kOneOnceReached<int>, RefconOnly);
 }
 
 float CallUserGetDataf_Callback(void* inRefcon) {
     const _CallbackList* entry = Slot(inRefcon, CV_AccessorFloatSlot);
     if (entry == nullptr) return 0.0f;
-    return CallWithResult<float>(entry, "Cannot find method UserGetDataf_Callback\n", kOneOnceReached<float>, "f",
-                                 RefconOnly, nullptr);
+    return CallWithResult(entry, "Cannot find method UserGetDataf_Callback\n", kOneOnceReached<float>, RefconOnly);
 }
 
 double CallUserGetDatad_Callback(void* inRefcon) {
     const _CallbackList* entry = Slot(inRefcon, CV_AccessorDoubleSlot);
     if (entry == nullptr) return 0.0;
     // The double getter reports a missing callable with the float getter's line.
-    return CallWithResult<double>(entry, "Cannot find method UserGetDataf_Callback\n", kOneOnceReached<double>, "d",
-                                  RefconOnly, nullptr);
+    return CallWithResult(entry, "Cannot find method UserGetDataf_Callback\n", kOneOnceReached<double>, RefconOnly);
 }
 
 int CallUserSetDatai_Callback(void* inRefcon, int inValue) {
     const _CallbackList* entry = Slot(inRefcon, CV_AccessorIntSlot);
     if (entry == nullptr) return 0;
-    return CallWithoutResult(
-        entry, "Cannot find method UserSetDatai_Callback\n",
-        [](const Target& t, const void* v) {
-            return Py_BuildValue("(Ni)", RefconObject(t.refcon), *static_cast<const int*>(v));
-        },
-        &inValue);
+    return CallWithoutResult(entry, "Cannot find method UserSetDatai_Callback\n", [&](const Target& t) {
+        return CallScript(t.callable, RefconObject(t.refcon), Int(inValue));
+    });
 }
 
 int CallUserSetDataf_Callback(void* inRefcon, float inValue) {
     const _CallbackList* entry = Slot(inRefcon, CV_AccessorFloatSlot);
     if (entry == nullptr) return 0;
-    return CallWithoutResult(
-        entry, "Cannot find method UserSetDataf_Callback\n",
-        [](const Target& t, const void* v) {
-            return Py_BuildValue("(Nf)", RefconObject(t.refcon), static_cast<double>(*static_cast<const float*>(v)));
-        },
-        &inValue);
+    return CallWithoutResult(entry, "Cannot find method UserSetDataf_Callback\n", [&](const Target& t) {
+        return CallScript(t.callable, RefconObject(t.refcon), Float(inValue));
+    });
 }
 
 int CallUserSetDatad_Callback(void* inRefcon, double inValue) {
     const _CallbackList* entry = Slot(inRefcon, CV_AccessorDoubleSlot);
     if (entry == nullptr) return 0;
-    return CallWithoutResult(
-        entry, "Cannot find method UserSetDatad_Callback\n",
-        [](const Target& t, const void* v) {
-            return Py_BuildValue("(Nd)", RefconObject(t.refcon), *static_cast<const double*>(v));
-        },
-        &inValue);
+    return CallWithoutResult(entry, "Cannot find method UserSetDatad_Callback\n", [&](const Target& t) {
+        return CallScript(t.callable, RefconObject(t.refcon), Float(inValue));
+    });
 }
 
 int CallUserGetDatavi_Callback(void* inRefcon, int* outValues, int inOffset, int inMax) {
