@@ -139,9 +139,10 @@ TEST(DataAccess, ScalarsRoundTripThroughTheSimulator) {
     EXPECT_EQ(CountOf(sim.log(), "Module - "), 0u) << sim.log();
 }
 
-// The scalar getters and setters convert their arguments directly; each mistake raises exactly what
-// the interpreter's own argument parsing raises for it.
-TEST(DataAccess, ScalarArgumentMistakesRaiseTheInterpretersErrors) {
+// The functions scripts call every frame (dataref access, drawing, window and widget geometry and
+// properties) convert their arguments directly; each mistake raises exactly what the interpreter's
+// own argument parsing raises for it, and calls made right give what they always gave.
+TEST(DataAccess, PerFrameArgumentMistakesRaiseTheInterpretersErrors) {
     const std::vector<std::pair<std::string, std::string>> cases = {
         {"XPLMGetDataf()", "TypeError function takes exactly 1 argument (0 given)"},
         {"XPLMGetDataf(FLOAT, 1)", "TypeError function takes exactly 1 argument (2 given)"},
@@ -157,14 +158,68 @@ TEST(DataAccess, ScalarArgumentMistakesRaiseTheInterpretersErrors) {
         {"XPLMSetDataf(FLOAT, 2**2000)", "OverflowError int too large to convert to float"},
         {"XPLMSetDatad(DOUBLE, None)", "TypeError must be real number, not NoneType"},
         {"(XPLMSetDatai(INT, True), XPLMGetDatai(INT))", "(1, 1)"},
+        {"XPLMFindDataRef()", "TypeError function takes exactly 1 argument (0 given)"},
+        {"XPLMFindDataRef(None)", "TypeError argument 1 must be str, not None"},
+        {"XPLMFindDataRef(b'sim/test/four_ints')", "TypeError argument 1 must be str, not bytes"},
+        {"XPLMFindDataRef('sim/test' + chr(0))", "ValueError embedded null character"},
+        {"XPLMGetDatavf(QUAT, [], 0)", "TypeError function takes exactly 4 arguments (3 given)"},
+        {"XPLMGetDatavf('q', [], 0, 4)", "TypeError an integer is required"},
+        {"XPLMGetDatavf(QUAT, [], 0.5, 4)", "TypeError 'float' object cannot be interpreted as an integer"},
+        {"XPLMGetDatavi(EFIS, (), 0, 6)", "TypeError expected sequence"},
+        {"XPLMGetDatab(TAIL, None, 0, 2**40)", "OverflowError signed integer is greater than maximum"},
+        {"XPLMSetDatavf(QUAT, [1.0], 0, '1')", "TypeError 'str' object cannot be interpreted as an integer"},
+        {"XPLMSetDatavi(EFIS, 5, 0, 1)", "TypeError expected sequence"},
+        {"XPLMSetDatab(TAIL, ['x'], 0)", "TypeError function takes exactly 4 arguments (3 given)"},
+        {"(lambda v=[]: (XPLMSetDatavf(QUAT, (0.5, 1.5), 1, 2), XPLMGetDatavf(QUAT, v, 0, 4), v))()",
+         "(1, 4, [0.0, 0.5, 1.5, 0.0])"},
+        {"XPLMDrawString((1.0, 1.0), 10, 10, 'x', 0, 0)", "TypeError argument 1 must be sequence of length 3, not 2"},
+        {"XPLMDrawString(5, 10, 10, 'x', 0, 0)", "TypeError argument 1 must be 3-item sequence, not int"},
+        {"XPLMDrawString(b'abc', 10, 10, 'x', 0, 0)", "TypeError argument 1 must be 3-item sequence, not bytes"},
+        {"XPLMDrawString((1.0, 'a', 1.0), 10, 10, 'x', 0, 0)", "TypeError must be real number, not str"},
+        {"XPLMDrawString([1, 1, 1], 10, 10, None, 0, 0)", "TypeError argument 4 must be str, not None"},
+        {"XPLMDrawString((1, 1, 1), 10, 10, 'x', 0)", "TypeError function takes exactly 6 arguments (5 given)"},
+        {"XPLMDrawNumber((1.0, 1.0, 1.0), 10, 10, 'x', 5, 2, 1, 0)", "TypeError must be real number, not str"},
+        {"XPLMDrawNumber('abc', 10, 10, 1.0, 5, 2, 1, 0)", "TypeError must be real number, not str"},
+        {"XPLMSetGraphicsState(0, 1, 0, 0, 1, 0)", "TypeError function takes exactly 7 arguments (6 given)"},
+        {"XPLMBindTexture2d(1.5, 0)", "TypeError 'float' object cannot be interpreted as an integer"},
+        {"XPLMDrawTranslucentDarkBox(0, 0, 0, None)",
+         "TypeError 'NoneType' object cannot be interpreted as an integer"},
+        {"XPLMWorldToLocal(1.0, 2.0, 'x')", "TypeError must be real number, not str"},
+        {"len(XPLMLocalToWorld(0.0, 0.0, 0.0))", "3"},
+        {"XPLMMeasureString(0, None, 1)", "TypeError argument 2 must be str, not None"},
+        {"XPLMGetWindowGeometry(0, [], [], [])", "TypeError function takes exactly 5 arguments (4 given)"},
+        {"XPLMGetWindowGeometry(0, [], (), [], [])", "TypeError expected sequence"},
+        {"XPLMSetWindowGeometry(0, 0, 0, 0, 0.5)", "TypeError 'float' object cannot be interpreted as an integer"},
+        {"XPLMGetMouseLocation([])", "TypeError function takes exactly 2 arguments (1 given)"},
+        {"XPLMGetScreenSize(1, [])", "TypeError expected sequence"},
+        {"(lambda w=[], h=[]: (XPLMGetScreenSize(w, h), w, h))()", "(1, [1024], [768])"},
+        {"XPDrawWindow(0, 0, 10, 10)", "TypeError function takes exactly 5 arguments (4 given)"},
+        {"XPDrawElement(0, 0, 10, 10, 'a', 0)", "TypeError 'str' object cannot be interpreted as an integer"},
+        {"XPDrawTrack(0, 0, 10, 10, 0, 10, 5, 0)", "TypeError function takes exactly 9 arguments (8 given)"},
+        {"XPGetTrackMetrics(0, 0, 10, 100, 0, 10, 5)", "TypeError function takes exactly 8 arguments (7 given)"},
+        {"XPGetTrackMetrics(0, 0, 10, 100, 0, 10, 5, 0)", "(1, 10, 35, 10, 35, 10)"},
+        {"XPGetWidgetGeometry(W, [], [], [])", "TypeError function takes exactly 5 arguments (4 given)"},
+        {"XPGetWidgetGeometry('w', [], [], [], [])", "TypeError an integer is required"},
+        {"(lambda l=[], t=[]: (XPGetWidgetGeometry(W, l, t, None, []), l, t))()", "(1, [0], [100])"},
+        {"XPSetWidgetGeometry(W, 0, 0, 0, '0')", "TypeError 'str' object cannot be interpreted as an integer"},
+        {"XPGetWidgetDescriptor(W, [], None)", "TypeError 'NoneType' object cannot be interpreted as an integer"},
+        {"XPGetWidgetDescriptor(W, {}, 10)", "TypeError expected sequence"},
+        {"XPSetWidgetDescriptor(W, 5)", "TypeError argument 2 must be str, not int"},
+        {"(lambda d=[]: (XPSetWidgetDescriptor(W, 'Table'), XPGetWidgetDescriptor(W, d, 3), d))()", "(1, 5, ['Tab'])"},
+        {"XPGetWidgetProperty(W, 'p', None)", "TypeError 'str' object cannot be interpreted as an integer"},
+        {"XPSetWidgetProperty(W, 1100, 1.5)", "TypeError an integer is required"},
+        {"(lambda e=[]: (XPSetWidgetProperty(W, 1100, 1), XPGetWidgetProperty(W, 1100, e), e))()", "(1, 1, [1])"},
     };
-    std::string start, expected;
+    std::string start = "        W = XPCreateWidget(0, 100, 100, 0, 1, 'W', 1, 0, 1)\n", expected;
     for (const auto& [call, answer] : cases) {
         start += "        attempt(\"" + call + "\", lambda: " + call + ")\n";
         expected += call + " " + answer + "\n";
     }
+    start += "        XPDestroyWidget(self, W, 1)\n";
     SimFolder sim;
-    sim.writeScript("CV_Mistakes.py", DataScript(start));
+    const std::string imports =
+        "from XPLMGraphics import *\nfrom XPLMDisplay import *\nfrom XPUIGraphics import *\nfrom XPWidgets import *\n";
+    sim.writeScript("CV_Mistakes.py", imports + DataScript(start));
     ASSERT_EQ(sim.run({"--frames", "1"}).exitCode, 0);
     EXPECT_EQ(sim.output(), expected + "start done\n");
 }
