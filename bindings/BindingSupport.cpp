@@ -3,6 +3,7 @@
 
 #include <climits>
 #include <cstdarg>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <deque>
@@ -84,6 +85,21 @@ void CV_ReportNotSupported(const char* module, const char* function, CV_SdkLevel
 // ---------------------------------------------------------------- arguments
 
 bool CV_PointerWord(PyObject* object, void** word) {
+#if PY_VERSION_HEX < 0x030C0000
+    // An exact int of up to two digits (60 bits: every address and refcon scripts hold) is read from
+    // the object itself, as PyLong_AsVoidPtr reads it: negative values as a long.
+    if (PyLong_CheckExact(object)) {
+        const Py_ssize_t size = Py_SIZE(object);
+        const digit* digits = reinterpret_cast<PyLongObject*>(object)->ob_digit;
+        if (size >= -2 && size <= 2) {
+            uint64_t magnitude = size == 0 ? 0 : digits[0];
+            if (size == 2 || size == -2) magnitude |= static_cast<uint64_t>(digits[1]) << PyLong_SHIFT;
+            const int64_t value = size < 0 ? -static_cast<int64_t>(magnitude) : static_cast<int64_t>(magnitude);
+            *word = reinterpret_cast<void*>(static_cast<intptr_t>(value));
+            return true;
+        }
+    }
+#endif
     *word = PyLong_AsVoidPtr(object);
     return !(*word == nullptr && PyErr_Occurred());
 }
@@ -97,7 +113,7 @@ bool CV_ArgCount(Py_ssize_t given, Py_ssize_t wanted) {
     return false;
 }
 
-bool CV_IntArg(PyObject* object, int* value) {
+bool CV_ConvertIntArg(PyObject* object, int* value) {
     const long number = PyLong_AsLong(object);
     if (number == -1 && PyErr_Occurred()) return false;
     if (number > INT_MAX || number < INT_MIN) {
@@ -109,17 +125,70 @@ bool CV_IntArg(PyObject* object, int* value) {
     return true;
 }
 
-bool CV_DoubleArg(PyObject* object, double* value) {
+bool CV_ConvertLongArg(PyObject* object, long* value) {
+    const long number = PyLong_AsLong(object);
+    if (number == -1 && PyErr_Occurred()) return false;
+    *value = number;
+    return true;
+}
+
+bool CV_ConvertDoubleArg(PyObject* object, double* value) {
     const double number = PyFloat_AsDouble(object);
     if (number == -1.0 && PyErr_Occurred()) return false;
     *value = number;
     return true;
 }
 
-bool CV_FloatArg(PyObject* object, float* value) {
-    double number = 0.0;
-    if (!CV_DoubleArg(object, &number)) return false;
-    *value = static_cast<float>(number);
+namespace {
+// The parser's name of an argument's type: "None" for None, else the type's name.
+const char* TypeName(PyObject* object) { return object == Py_None ? "None" : Py_TYPE(object)->tp_name; }
+}  // namespace
+
+bool CV_TextArg(PyObject* object, Py_ssize_t position, const char** text, size_t* length) {
+    if (!PyUnicode_Check(object)) {
+        PyErr_Format(PyExc_TypeError, "argument %zd must be str, not %.50s", position, TypeName(object));
+        return false;
+    }
+    Py_ssize_t size = 0;
+    const char* utf8 = PyUnicode_AsUTF8AndSize(object, &size);
+    if (utf8 == nullptr) return false;
+    if (std::memchr(utf8, '\0', static_cast<size_t>(size)) != nullptr) {
+        PyErr_SetString(PyExc_ValueError, "embedded null character");
+        return false;
+    }
+    *text = utf8;
+    if (length != nullptr) *length = static_cast<size_t>(size);
+    return true;
+}
+
+bool CV_FloatsArg(PyObject* object, Py_ssize_t position, float* values, Py_ssize_t count) {
+    if (!PySequence_Check(object) || PyBytes_Check(object)) {
+        PyErr_Format(PyExc_TypeError, "argument %zd must be %zd-item sequence, not %.50s", position, count,
+                     TypeName(object));
+        return false;
+    }
+    const Py_ssize_t length = PySequence_Size(object);
+    if (length != count) {
+        // A sequence that cannot tell its length keeps its own error.
+        if (!PyErr_Occurred())
+            PyErr_Format(PyExc_TypeError, "argument %zd must be sequence of length %zd, not %zd", position, count,
+                         length);
+        return false;
+    }
+    const bool direct = PyList_CheckExact(object) || PyTuple_CheckExact(object);
+    for (Py_ssize_t i = 0; i < count; ++i) {
+        // A list's or tuple's item as PySequence_GetItem gives it, without the call: a conversion
+        // may run script code that shortens the list.
+        PyObject* listed = direct && i < PySequence_Fast_GET_SIZE(object) ? PySequence_Fast_ITEMS(object)[i] : nullptr;
+        Py_XINCREF(listed);
+        CV_PyRef item(direct ? listed : PySequence_GetItem(object, i));
+        if (!item) {
+            PyErr_Clear();
+            PyErr_Format(PyExc_TypeError, "argument %zd, item %zd is not retrievable", position, i);
+            return false;
+        }
+        if (!CV_FloatArg(item.get(), &values[i])) return false;
+    }
     return true;
 }
 

@@ -6,9 +6,13 @@
 
 #include <Python.h>
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdlib>
+#include <memory>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 #include "CV_ScriptTable.h"
 #include "CallbackRegistry.h"
@@ -151,14 +155,119 @@ int CV_PointerArg(PyObject* object, void* address);
 
 // Per-frame bindings take their arguments as METH_FASTCALL vectors and convert them directly, with
 // the texts PyArg_ParseTuple gives for the same mistakes: "function takes exactly 2 arguments (1
-// given)", the int range errors of "i", the conversion errors of "f" and "d". False with the
-// Python error set.
+// given)", the int range errors of "i", the conversion errors of "l", "f" and "d", and for "s" and
+// "(fff)" the messages that name the argument by its position (from 1). False with the Python
+// error set.
 bool CV_ArgCount(Py_ssize_t given, Py_ssize_t wanted);
-bool CV_IntArg(PyObject* object, int* value);
-bool CV_FloatArg(PyObject* object, float* value);
-bool CV_DoubleArg(PyObject* object, double* value);
+
+// The value of an exact int of one digit (the coordinates, flags and counts scripts pass), read from
+// the object itself; false for any other object, which the interpreter converts.
+inline bool CV_SmallIntValue(PyObject* object, long* value) {
+    if (!PyLong_CheckExact(object)) return false;
+#if PY_VERSION_HEX >= 0x030C0000
+    PyLongObject* number = reinterpret_cast<PyLongObject*>(object);
+    if (!PyUnstable_Long_IsCompact(number)) return false;
+    *value = static_cast<long>(PyUnstable_Long_CompactValue(number));
+#else
+    const Py_ssize_t size = Py_SIZE(object);
+    if (size < -1 || size > 1) return false;
+    *value = static_cast<long>(size) * static_cast<long>(reinterpret_cast<PyLongObject*>(object)->ob_digit[0]);
+#endif
+    return true;
+}
+// The interpreter's conversions, for whatever the direct reads leave.
+bool CV_ConvertIntArg(PyObject* object, int* value);
+bool CV_ConvertLongArg(PyObject* object, long* value);
+bool CV_ConvertDoubleArg(PyObject* object, double* value);
+
+inline bool CV_IntArg(PyObject* object, int* value) {
+    long small = 0;
+    if (!CV_SmallIntValue(object, &small)) return CV_ConvertIntArg(object, value);
+    *value = static_cast<int>(small);  // one digit: within the int range
+    return true;
+}
+inline bool CV_LongArg(PyObject* object, long* value) {
+    return CV_SmallIntValue(object, value) || CV_ConvertLongArg(object, value);
+}
+inline bool CV_DoubleArg(PyObject* object, double* value) {
+    if (!PyFloat_CheckExact(object)) return CV_ConvertDoubleArg(object, value);
+    *value = PyFloat_AS_DOUBLE(object);
+    return true;
+}
+inline bool CV_FloatArg(PyObject* object, float* value) {
+    double number = 0.0;
+    if (!CV_DoubleArg(object, &number)) return false;
+    *value = static_cast<float>(number);
+    return true;
+}
+// "s": a str without zero characters, as its UTF-8 text, which lives as long as the str, and the
+// text's length in bytes when asked.
+bool CV_TextArg(PyObject* object, Py_ssize_t position, const char** text, size_t* length = nullptr);
+// "(fff)" and its like: a sequence of exactly `count` items, each read as "f".
+bool CV_FloatsArg(PyObject* object, Py_ssize_t position, float* values, Py_ssize_t count);
 // A METH_FASTCALL function for a method table.
 #define CV_FASTCALL(function) reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(function))
+
+// What CV_ParseArgs reads into, besides int*, long*, float*, double*, const char** and PyObject**:
+// an SDK handle or refcon (as "O&" with CV_PointerArg), a text with its length, and a float tuple
+// such as a colour.
+struct CV_HandleTarget {
+    void* address;
+};
+template <typename Handle>
+CV_HandleTarget CV_Handle(Handle* handle) {
+    static_assert(std::is_pointer_v<Handle>, "a handle is pointer-sized");
+    return {handle};
+}
+// A text with its length in bytes.
+struct CV_TextTarget {
+    const char** text;
+    size_t* length;
+};
+inline CV_TextTarget CV_Text(const char** text, size_t* length) { return {text, length}; }
+template <size_t N>
+struct CV_FloatsTarget {
+    float* values;
+};
+template <size_t N>
+CV_FloatsTarget<N> CV_Floats(float (&values)[N]) {
+    return {values};
+}
+
+inline bool CV_ReadArg(PyObject* object, Py_ssize_t, int* value) { return CV_IntArg(object, value); }
+inline bool CV_ReadArg(PyObject* object, Py_ssize_t, long* value) { return CV_LongArg(object, value); }
+inline bool CV_ReadArg(PyObject* object, Py_ssize_t, float* value) { return CV_FloatArg(object, value); }
+inline bool CV_ReadArg(PyObject* object, Py_ssize_t, double* value) { return CV_DoubleArg(object, value); }
+inline bool CV_ReadArg(PyObject* object, Py_ssize_t position, const char** text) {
+    return CV_TextArg(object, position, text);
+}
+inline bool CV_ReadArg(PyObject* object, Py_ssize_t position, CV_TextTarget text) {
+    return CV_TextArg(object, position, text.text, text.length);
+}
+inline bool CV_ReadArg(PyObject* object, Py_ssize_t, PyObject** value) {
+    *value = object;
+    return true;
+}
+inline bool CV_ReadArg(PyObject* object, Py_ssize_t, CV_HandleTarget handle) {
+    return CV_PointerArg(object, handle.address);
+}
+template <size_t N>
+bool CV_ReadArg(PyObject* object, Py_ssize_t position, CV_FloatsTarget<N> floats) {
+    return CV_FloatsArg(object, position, floats.values, N);
+}
+template <typename... Targets, size_t... Index>
+bool CV_ReadArgs(PyObject* const* args, std::index_sequence<Index...>, Targets... targets) {
+    return (CV_ReadArg(args[Index], static_cast<Py_ssize_t>(Index) + 1, targets) && ...);
+}
+
+// PyArg_ParseTuple for a METH_FASTCALL vector: the count first, then each argument in order, up to
+// the first mistake, with the error the parser gives for it.
+//     if (!CV_ParseArgs(args, count, CV_Floats(colour), &x, &y, &text, &wrapWidth, &font)) return nullptr;
+template <typename... Targets>
+bool CV_ParseArgs(PyObject* const* args, Py_ssize_t count, Targets... targets) {
+    return CV_ArgCount(count, sizeof...(Targets)) &&
+           CV_ReadArgs(args, std::index_sequence_for<Targets...>{}, targets...);
+}
 
 // ---------------------------------------------------------------- results
 
@@ -188,6 +297,39 @@ T* CV_OutPointer(PyObject* out, T* storage) {
 bool CV_StoreOutput(PyObject* list, PyObject* value);
 // Appends a value to a list; takes the new reference of `value`. False with the Python error set.
 bool CV_AppendOutput(PyObject* list, PyObject* value);
+
+// ---------------------------------------------------------------- buffers
+
+// A zero-filled buffer of `count` elements (at least one) for an SDK call to read or fill: on the
+// stack up to the 256 elements that calls made every frame use, else on the heap. `!buffer` when the
+// heap has no room.
+template <typename T>
+class CV_Buffer {
+public:
+    explicit CV_Buffer(size_t count) {
+        if (count <= kLocal) {
+            std::fill_n(local_, count > 0 ? count : 1, T{});
+            data_ = local_;
+        } else {
+            heap_.reset(static_cast<T*>(std::calloc(count, sizeof(T))));
+            data_ = heap_.get();
+        }
+    }
+    CV_Buffer(const CV_Buffer&) = delete;
+    CV_Buffer& operator=(const CV_Buffer&) = delete;
+    T* get() const { return data_; }
+    T& operator[](size_t i) const { return data_[i]; }
+    explicit operator bool() const { return data_ != nullptr; }
+
+private:
+    struct Free {
+        void operator()(T* p) const { std::free(p); }
+    };
+    static constexpr size_t kLocal = 256;
+    T local_[kLocal];
+    std::unique_ptr<T, Free> heap_;
+    T* data_ = nullptr;
+};
 
 // ---------------------------------------------------------------- plain wrappers
 

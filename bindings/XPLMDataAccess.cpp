@@ -30,18 +30,6 @@ const char* const kModule = "XPLMDataAccess";
 // XPLMSetDatab assembles its bytes here; longer counts and sequences are cut to this size.
 constexpr int kByteStagingSize = 4096;
 
-struct FreeDeleter {
-    void operator()(void* p) const { std::free(p); }
-};
-template <typename T>
-using CBuffer = std::unique_ptr<T[], FreeDeleter>;
-
-// Zero-filled, at least one element. calloc leaves large blocks untouched until they are used.
-template <typename T>
-CBuffer<T> AllocateZeroed(size_t count) {
-    return CBuffer<T>(static_cast<T*>(std::calloc(count > 0 ? count : 1, sizeof(T))));
-}
-
 // A negative offset or count is the script's mistake: the simulator never sees it.
 bool CheckRange(const char* function, int offset, int count) {
     if (offset >= 0 && count >= 0) return true;
@@ -58,9 +46,9 @@ float ToFloat(double value) {
 
 // ---------------------------------------------------------------- look-up and scalar access
 
-PyObject* PY_XPLMFindDataRef(PyObject* self, PyObject* args) {
+PyObject* PY_XPLMFindDataRef(PyObject*, PyObject* const* args, Py_ssize_t count) {
     const char* name = nullptr;
-    if (!PyArg_ParseTuple(args, "s", &name)) return nullptr;
+    if (!CV_ParseArgs(args, count, &name)) return nullptr;
     XPLMDataRef dataRef = nullptr;
     CV_SDK_GUARD(kModule, "XPLMFindDataRef", CV_IntResult(0), dataRef = XPLMFindDataRef(name));
     if (dataRef == nullptr) {
@@ -133,11 +121,11 @@ CV_SCALAR_BINDING(Set, double, XPLMSetDatad)
 // simulator may fill, and `append` hands the `copied` elements to the script's list. Returns the
 // size or the number copied.
 template <typename T, typename Getter, typename Append>
-PyObject* GetArray(PyObject* args, const char* function, Getter getter, Append append) {
+PyObject* GetArray(PyObject* const* args, Py_ssize_t count, const char* function, Getter getter, Append append) {
     XPLMDataRef dataRef = nullptr;
     PyObject* list = nullptr;
     int offset = 0, maximum = 0;
-    if (!PyArg_ParseTuple(args, "O&Oii", CV_PointerArg, &dataRef, &list, &offset, &maximum)) return nullptr;
+    if (!CV_ParseArgs(args, count, CV_Handle(&dataRef), &list, &offset, &maximum)) return nullptr;
 
     // With no buffer the simulator reports the full element count and ignores offset and maximum.
     int size = 0;
@@ -148,7 +136,7 @@ PyObject* GetArray(PyObject* args, const char* function, Getter getter, Append a
     if (!CheckRange(function, offset, maximum)) return CV_IntResult(0);
 
     maximum = std::max(0, std::min(size, maximum));
-    CBuffer<T> buffer = AllocateZeroed<T>(static_cast<size_t>(maximum) + 1);
+    CV_Buffer<T> buffer(static_cast<size_t>(maximum) + 1);
     if (!buffer) return PyErr_NoMemory();
     int copied = 0;
     CV_SDK_GUARD(kModule, function, CV_IntResult(0), copied = getter(dataRef, buffer.get(), offset, maximum));
@@ -171,14 +159,14 @@ bool AppendText(PyObject* list, const char* bytes, int, int maximum) {
     return CV_AppendOutput(list, CV_BufferText(bytes, static_cast<size_t>(maximum)));
 }
 
-PyObject* PY_XPLMGetDatavi(PyObject* self, PyObject* args) {
-    return GetArray<int>(args, "XPLMGetDatavi", XPLMGetDatavi, AppendItems<int>);
+PyObject* PY_XPLMGetDatavi(PyObject*, PyObject* const* args, Py_ssize_t count) {
+    return GetArray<int>(args, count, "XPLMGetDatavi", XPLMGetDatavi, AppendItems<int>);
 }
-PyObject* PY_XPLMGetDatavf(PyObject* self, PyObject* args) {
-    return GetArray<float>(args, "XPLMGetDatavf", XPLMGetDatavf, AppendItems<float>);
+PyObject* PY_XPLMGetDatavf(PyObject*, PyObject* const* args, Py_ssize_t count) {
+    return GetArray<float>(args, count, "XPLMGetDatavf", XPLMGetDatavf, AppendItems<float>);
 }
-PyObject* PY_XPLMGetDatab(PyObject* self, PyObject* args) {
-    return GetArray<char>(args, "XPLMGetDatab", XPLMGetDatab, AppendText);
+PyObject* PY_XPLMGetDatab(PyObject*, PyObject* const* args, Py_ssize_t count) {
+    return GetArray<char>(args, count, "XPLMGetDatab", XPLMGetDatab, AppendText);
 }
 
 // One element of a script's sequence for an int array: ints only. A value beyond the C long range
@@ -209,9 +197,9 @@ bool FloatItem(PyObject* item, float* out) {
 
 // The arguments of the array setters: a data reference, a sequence (TypeError "expected sequence"
 // for anything else), an offset and a count.
-bool ParseSetterArgs(PyObject* args, XPLMDataRef* dataRef, PyObject** sequence, int* offset, int* count,
-                     Py_ssize_t* length) {
-    if (!PyArg_ParseTuple(args, "O&Oii", CV_PointerArg, dataRef, sequence, offset, count)) return false;
+bool ParseSetterArgs(PyObject* const* args, Py_ssize_t argCount, XPLMDataRef* dataRef, PyObject** sequence, int* offset,
+                     int* count, Py_ssize_t* length) {
+    if (!CV_ParseArgs(args, argCount, CV_Handle(dataRef), sequence, offset, count)) return false;
     if (!PySequence_Check(*sequence)) {
         PyErr_SetString(PyExc_TypeError, "expected sequence");
         return false;
@@ -220,21 +208,32 @@ bool ParseSetterArgs(PyObject* args, XPLMDataRef* dataRef, PyObject** sequence, 
     return *length >= 0;
 }
 
+// Item i of a sequence, a new reference.
+PyObject* SequenceItem(PyObject* sequence, Py_ssize_t i) {
+    // A list's or tuple's item directly: converting items runs no script code, so they stay put.
+    if (PyList_CheckExact(sequence) || PyTuple_CheckExact(sequence)) {
+        PyObject* item = PySequence_Fast_ITEMS(sequence)[i];
+        Py_INCREF(item);
+        return item;
+    }
+    return PySequence_GetItem(sequence, i);
+}
+
 // XPLMSetDatavi and XPLMSetDatavf: every item is converted first; the simulator then reads count
 // elements from offset on. The buffer holds exactly the sequence, so a count larger than the
 // sequence is cut to its length.
 template <typename T>
-PyObject* SetArray(PyObject* args, const char* function, void (*setter)(XPLMDataRef, T*, int, int),
-                   bool (*convertItem)(PyObject*, T*)) {
+PyObject* SetArray(PyObject* const* args, Py_ssize_t argCount, const char* function,
+                   void (*setter)(XPLMDataRef, T*, int, int), bool (*convertItem)(PyObject*, T*)) {
     XPLMDataRef dataRef = nullptr;
     PyObject* sequence = nullptr;
     int offset = 0, count = 0;
     Py_ssize_t length = 0;
-    if (!ParseSetterArgs(args, &dataRef, &sequence, &offset, &count, &length)) return nullptr;
-    CBuffer<T> buffer = AllocateZeroed<T>(static_cast<size_t>(length));
+    if (!ParseSetterArgs(args, argCount, &dataRef, &sequence, &offset, &count, &length)) return nullptr;
+    CV_Buffer<T> buffer(static_cast<size_t>(length));
     if (!buffer) return PyErr_NoMemory();
     for (Py_ssize_t i = 0; i < length; ++i) {
-        CV_PyRef item(PySequence_GetItem(sequence, i));
+        CV_PyRef item(SequenceItem(sequence, i));
         if (!item || !convertItem(item.get(), &buffer[i])) return nullptr;
     }
     if (!CheckRange(function, offset, count)) return CV_IntResult(0);
@@ -243,12 +242,12 @@ PyObject* SetArray(PyObject* args, const char* function, void (*setter)(XPLMData
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPLMSetDatavi(PyObject* self, PyObject* args) {
-    return SetArray<int>(args, "XPLMSetDatavi", XPLMSetDatavi, IntItem);
+PyObject* PY_XPLMSetDatavi(PyObject*, PyObject* const* args, Py_ssize_t count) {
+    return SetArray<int>(args, count, "XPLMSetDatavi", XPLMSetDatavi, IntItem);
 }
 
-PyObject* PY_XPLMSetDatavf(PyObject* self, PyObject* args) {
-    return SetArray<float>(args, "XPLMSetDatavf", XPLMSetDatavf, FloatItem);
+PyObject* PY_XPLMSetDatavf(PyObject*, PyObject* const* args, Py_ssize_t count) {
+    return SetArray<float>(args, count, "XPLMSetDatavf", XPLMSetDatavf, FloatItem);
 }
 
 // The bytes of a str (UTF-8), bytes or bytearray; false for anything else.
@@ -275,13 +274,13 @@ bool StringBytes(PyObject* item, const char** bytes, Py_ssize_t* length, bool* f
 // Writes either a one-item sequence holding a string (its bytes, then zeros up to the count) or a
 // sequence of two or more ints (one byte each; items that are not ints give zero bytes). A
 // one-item sequence holding anything but a string writes zeros.
-PyObject* PY_XPLMSetDatab(PyObject* self, PyObject* args) {
+PyObject* PY_XPLMSetDatab(PyObject*, PyObject* const* args, Py_ssize_t argCount) {
     const char* const function = "XPLMSetDatab";
     XPLMDataRef dataRef = nullptr;
     PyObject* values = nullptr;
     int offset = 0, count = 0;
     Py_ssize_t length = 0;
-    if (!ParseSetterArgs(args, &dataRef, &values, &offset, &count, &length)) return nullptr;
+    if (!ParseSetterArgs(args, argCount, &dataRef, &values, &offset, &count, &length)) return nullptr;
     if (length == 0) {
         PyErr_SetString(PyExc_TypeError, "expected sequence of bytes");
         return nullptr;
@@ -289,10 +288,11 @@ PyObject* PY_XPLMSetDatab(PyObject* self, PyObject* args) {
     if (!CheckRange(function, offset, count)) return CV_IntResult(0);
     int passed = count < kByteStagingSize ? count : kByteStagingSize;
 
+    // The simulator reads the first `passed` bytes, so only those are cleared.
     unsigned char staging[kByteStagingSize];
-    std::memset(staging, 0, sizeof staging);
+    std::memset(staging, 0, static_cast<size_t>(passed));
     if (length == 1) {
-        CV_PyRef item(PySequence_GetItem(values, 0));
+        CV_PyRef item(SequenceItem(values, 0));
         if (!item) return nullptr;
         const char* bytes = nullptr;
         Py_ssize_t byteCount = 0;
@@ -305,7 +305,7 @@ PyObject* PY_XPLMSetDatab(PyObject* self, PyObject* args) {
     } else {
         Py_ssize_t used = length < kByteStagingSize ? length : kByteStagingSize;
         for (Py_ssize_t i = 0; i < used; ++i) {
-            CV_PyRef item(PySequence_GetItem(values, i));
+            CV_PyRef item(SequenceItem(values, i));
             if (!item) return nullptr;
             // The low byte of the value, negative values in two's complement (-1 gives 0xff).
             if (PyLong_Check(item.get()))
@@ -502,7 +502,7 @@ const CV_IntConstant XPLMDataAccessConstants[] = {
 };
 
 PyMethodDef XPLMDataAccessMethods[] = {
-    {"XPLMFindDataRef", PY_XPLMFindDataRef, METH_VARARGS, "Find Dataref."},
+    {"XPLMFindDataRef", CV_FASTCALL(PY_XPLMFindDataRef), METH_FASTCALL, "Find Dataref."},
     {"XPLMCanWriteDataRef", CV_FASTCALL(PY_XPLMCanWriteDataRef), METH_FASTCALL, "Test for writable Dataref."},
     {"XPLMGetDataRefTypes", CV_FASTCALL(PY_XPLMGetDataRefTypes), METH_FASTCALL, "Get the Dataref Type."},
     {"XPLMGetDatai", CV_FASTCALL(PY_XPLMGetDatai), METH_FASTCALL, "Get Integer Dataref."},
@@ -511,12 +511,12 @@ PyMethodDef XPLMDataAccessMethods[] = {
     {"XPLMSetDataf", CV_FASTCALL(PY_XPLMSetDataf), METH_FASTCALL, "Set Float Dataref."},
     {"XPLMGetDatad", CV_FASTCALL(PY_XPLMGetDatad), METH_FASTCALL, "Get Double Dataref."},
     {"XPLMSetDatad", CV_FASTCALL(PY_XPLMSetDatad), METH_FASTCALL, "Set Double Dataref."},
-    {"XPLMGetDatavi", PY_XPLMGetDatavi, METH_VARARGS, "Get Integer Array Dataref."},
-    {"XPLMSetDatavi", PY_XPLMSetDatavi, METH_VARARGS, "Set Integer Array Dataref."},
-    {"XPLMGetDatavf", PY_XPLMGetDatavf, METH_VARARGS, "Get Float Array Dataref."},
-    {"XPLMSetDatavf", PY_XPLMSetDatavf, METH_VARARGS, "Set Float Array Dataref."},
-    {"XPLMGetDatab", PY_XPLMGetDatab, METH_VARARGS, "Get Byte Array Dataref."},
-    {"XPLMSetDatab", PY_XPLMSetDatab, METH_VARARGS, "Set Byte Array Dataref."},
+    {"XPLMGetDatavi", CV_FASTCALL(PY_XPLMGetDatavi), METH_FASTCALL, "Get Integer Array Dataref."},
+    {"XPLMSetDatavi", CV_FASTCALL(PY_XPLMSetDatavi), METH_FASTCALL, "Set Integer Array Dataref."},
+    {"XPLMGetDatavf", CV_FASTCALL(PY_XPLMGetDatavf), METH_FASTCALL, "Get Float Array Dataref."},
+    {"XPLMSetDatavf", CV_FASTCALL(PY_XPLMSetDatavf), METH_FASTCALL, "Set Float Array Dataref."},
+    {"XPLMGetDatab", CV_FASTCALL(PY_XPLMGetDatab), METH_FASTCALL, "Get Byte Array Dataref."},
+    {"XPLMSetDatab", CV_FASTCALL(PY_XPLMSetDatab), METH_FASTCALL, "Set Byte Array Dataref."},
     {"XPLMRegisterDataAccessor", PY_XPLMRegisterDataAccessor, METH_VARARGS, "Register data accessor."},
     {"XPLMUnregisterDataAccessor", PY_XPLMUnregisterDataAccessor, METH_VARARGS, "Unregister data accessor."},
     {"XPLMShareData", PY_XPLMShareData, METH_VARARGS, "Share Data."},

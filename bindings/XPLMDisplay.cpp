@@ -160,11 +160,12 @@ PyObject* PY_XPLMUnregisterKeySniffer(PyObject* self, PyObject* args) {
 
 // ---------------------------------------------------------------- screen and mouse
 
-// XPLMGetScreenSize and XPLMGetMouseLocation: two ints into two output arguments.
+// XPLMGetScreenSize and XPLMGetMouseLocation: two ints into two output arguments. Scripts ask every
+// frame, so the arguments come as a vector.
 template <void (*Sdk)(int*, int*)>
-PyObject* GetTwoInts(PyObject* args, const char* function) {
+PyObject* GetTwoInts(PyObject* const* args, Py_ssize_t count, const char* function) {
     PyObject *outFirst = nullptr, *outSecond = nullptr;
-    if (!PyArg_ParseTuple(args, "OO", &outFirst, &outSecond)) return nullptr;
+    if (!CV_ParseArgs(args, count, &outFirst, &outSecond)) return nullptr;
     if (!CV_CheckOutputList(outFirst) || !CV_CheckOutputList(outSecond)) return nullptr;
     int first = 0, second = 0;
     CV_SDK_GUARD(kModule, function, CV_IntResult(0),
@@ -174,11 +175,11 @@ PyObject* GetTwoInts(PyObject* args, const char* function) {
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPLMGetScreenSize(PyObject* self, PyObject* args) {
-    return GetTwoInts<XPLMGetScreenSize>(args, "XPLMGetScreenSize");
+PyObject* PY_XPLMGetScreenSize(PyObject*, PyObject* const* args, Py_ssize_t count) {
+    return GetTwoInts<XPLMGetScreenSize>(args, count, "XPLMGetScreenSize");
 }
-PyObject* PY_XPLMGetMouseLocation(PyObject* self, PyObject* args) {
-    return GetTwoInts<XPLMGetMouseLocation>(args, "XPLMGetMouseLocation");
+PyObject* PY_XPLMGetMouseLocation(PyObject*, PyObject* const* args, Py_ssize_t count) {
+    return GetTwoInts<XPLMGetMouseLocation>(args, count, "XPLMGetMouseLocation");
 }
 
 // ---------------------------------------------------------------- hot keys
@@ -469,11 +470,11 @@ PyObject* PY_XPLMDestroyWindow(PyObject* self, PyObject* args) {
 }
 
 // The window functions that take a window id and four int output arguments, or four ints.
-PyObject* PY_XPLMGetWindowGeometry(PyObject* self, PyObject* args) {
+// A window's geometry is read and set every frame: the arguments come as a vector.
+PyObject* PY_XPLMGetWindowGeometry(PyObject*, PyObject* const* args, Py_ssize_t count) {
     PyObject* outs[4] = {};
     XPLMWindowID window = nullptr;
-    if (!PyArg_ParseTuple(args, "O&OOOO", CV_PointerArg, &window, &outs[0], &outs[1], &outs[2], &outs[3]))
-        return nullptr;
+    if (!CV_ParseArgs(args, count, CV_Handle(&window), &outs[0], &outs[1], &outs[2], &outs[3])) return nullptr;
     for (PyObject* out : outs)
         if (!CV_CheckOutputList(out)) return nullptr;
     int values[4] = {};
@@ -485,10 +486,10 @@ PyObject* PY_XPLMGetWindowGeometry(PyObject* self, PyObject* args) {
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPLMSetWindowGeometry(PyObject* self, PyObject* args) {
+PyObject* PY_XPLMSetWindowGeometry(PyObject*, PyObject* const* args, Py_ssize_t count) {
     int left = 0, top = 0, right = 0, bottom = 0;
     XPLMWindowID window = nullptr;
-    if (!PyArg_ParseTuple(args, "O&iiii", CV_PointerArg, &window, &left, &top, &right, &bottom)) return nullptr;
+    if (!CV_ParseArgs(args, count, CV_Handle(&window), &left, &top, &right, &bottom)) return nullptr;
     CV_SDK_GUARD(kModule, "XPLMSetWindowGeometry", CV_IntResult(0),
                  XPLMSetWindowGeometry(window, left, top, right, bottom));
     return CV_IntResult(1);
@@ -549,8 +550,8 @@ PyMethodDef XPLMDisplayMethods[] = {
     {"XPLMUnregisterDrawCallback", PY_XPLMUnregisterDrawCallback, METH_VARARGS, "Unregisters a Draw Call Back."},
     {"XPLMRegisterKeySniffer", PY_XPLMRegisterKeySniffer, METH_VARARGS, "Registers a Key Sniffer."},
     {"XPLMUnregisterKeySniffer", PY_XPLMUnregisterKeySniffer, METH_VARARGS, "Unregisters a Key Sniffer."},
-    {"XPLMGetScreenSize", PY_XPLMGetScreenSize, METH_VARARGS, "Get Screen Size."},
-    {"XPLMGetMouseLocation", PY_XPLMGetMouseLocation, METH_VARARGS, "Get Mouse Location."},
+    {"XPLMGetScreenSize", CV_FASTCALL(PY_XPLMGetScreenSize), METH_FASTCALL, "Get Screen Size."},
+    {"XPLMGetMouseLocation", CV_FASTCALL(PY_XPLMGetMouseLocation), METH_FASTCALL, "Get Mouse Location."},
     {"XPLMRegisterHotKey", PY_XPLMRegisterHotKey, METH_VARARGS, "Register Hot Key."},
     {"XPLMUnregisterHotKey", PY_XPLMUnregisterHotKey, METH_VARARGS, "Unregister Hot Key."},
     {"XPLMCountHotKeys", PY_XPLMCountHotKeys, METH_VARARGS, "Count the Hot Keys."},
@@ -560,8 +561,8 @@ PyMethodDef XPLMDisplayMethods[] = {
     {"XPLMCreateWindow", PY_XPLMCreateWindow, METH_VARARGS, "Creates a window."},
     {"XPLMCreateWindowEx", PY_XPLMCreateWindowEx, METH_VARARGS, "Creates a window using a struct."},
     {"XPLMDestroyWindow", PY_XPLMDestroyWindow, METH_VARARGS, "Destroys a window."},
-    {"XPLMGetWindowGeometry", PY_XPLMGetWindowGeometry, METH_VARARGS, "Get window geometry."},
-    {"XPLMSetWindowGeometry", PY_XPLMSetWindowGeometry, METH_VARARGS, "Set window geometry."},
+    {"XPLMGetWindowGeometry", CV_FASTCALL(PY_XPLMGetWindowGeometry), METH_FASTCALL, "Get window geometry."},
+    {"XPLMSetWindowGeometry", CV_FASTCALL(PY_XPLMSetWindowGeometry), METH_FASTCALL, "Set window geometry."},
     {"XPLMGetWindowIsVisible", PY_XPLMGetWindowIsVisible, METH_VARARGS, "Get Window is Visible."},
     {"XPLMSetWindowIsVisible", PY_XPLMSetWindowIsVisible, METH_VARARGS, "Set Window is Visible."},
     {"XPLMGetWindowRefCon", PY_XPLMGetWindowRefCon, METH_VARARGS, "Get the Window RefCon."},

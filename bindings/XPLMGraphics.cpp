@@ -45,20 +45,23 @@ const CV_IntConstant XPLMGraphicsConstants[] = {
     {"xplmFont_Proportional", 18},
 };
 
+// The drawing functions and the graphics state run every frame: they take their arguments as
+// vectors and convert them directly.
+
 // Answers 0, and is not guarded: the graphics state is set for the drawing that follows.
-PyObject* PY_XPLMSetGraphicsState(PyObject* self, PyObject* args) {
+PyObject* PY_XPLMSetGraphicsState(PyObject*, PyObject* const* args, Py_ssize_t count) {
     int fog = 0, textureUnits = 0, lighting = 0, alphaTesting = 0, alphaBlending = 0, depthTesting = 0,
         depthWriting = 0;
-    if (!PyArg_ParseTuple(args, "iiiiiii", &fog, &textureUnits, &lighting, &alphaTesting, &alphaBlending,
-                          &depthTesting, &depthWriting))
+    if (!CV_ParseArgs(args, count, &fog, &textureUnits, &lighting, &alphaTesting, &alphaBlending, &depthTesting,
+                      &depthWriting))
         return nullptr;
     XPLMSetGraphicsState(fog, textureUnits, lighting, alphaTesting, alphaBlending, depthTesting, depthWriting);
     return CV_IntResult(0);
 }
 
-PyObject* PY_XPLMBindTexture2d(PyObject* self, PyObject* args) {
+PyObject* PY_XPLMBindTexture2d(PyObject*, PyObject* const* args, Py_ssize_t count) {
     int texture = 0, unit = 0;
-    if (!PyArg_ParseTuple(args, "ii", &texture, &unit)) return nullptr;
+    if (!CV_ParseArgs(args, count, &texture, &unit)) return nullptr;
     CV_SDK_GUARD(kModule, "XPLMBindTexture2d", CV_IntResult(0), XPLMBindTexture2d(texture, unit));
     return CV_IntResult(1);
 }
@@ -85,23 +88,25 @@ CV_PLAIN_BINDING(kModule, XPLMGetTexture)
 
 // XPLMWorldToLocal and XPLMLocalToWorld: three doubles in, the tuple of three converted out.
 template <void (*Sdk)(double, double, double, double*, double*, double*)>
-PyObject* Convert(PyObject* args, const char* function) {
+PyObject* Convert(PyObject* const* args, Py_ssize_t count, const char* function) {
     double in[3] = {}, out[3] = {};
-    if (!PyArg_ParseTuple(args, "ddd", &in[0], &in[1], &in[2])) return nullptr;
+    if (!CV_ParseArgs(args, count, &in[0], &in[1], &in[2])) return nullptr;
     CV_SDK_GUARD(kModule, function, CV_IntResult(0), Sdk(in[0], in[1], in[2], &out[0], &out[1], &out[2]));
-    return Py_BuildValue("(ddd)", out[0], out[1], out[2]);
+    CV_PyRef x(PyFloat_FromDouble(out[0])), y(PyFloat_FromDouble(out[1])), z(PyFloat_FromDouble(out[2]));
+    if (!x || !y || !z) return nullptr;
+    return PyTuple_Pack(3, x.get(), y.get(), z.get());
 }
 
-PyObject* PY_XPLMWorldToLocal(PyObject* self, PyObject* args) {
-    return Convert<XPLMWorldToLocal>(args, "XPLMWorldToLocal");
+PyObject* PY_XPLMWorldToLocal(PyObject*, PyObject* const* args, Py_ssize_t count) {
+    return Convert<XPLMWorldToLocal>(args, count, "XPLMWorldToLocal");
 }
-PyObject* PY_XPLMLocalToWorld(PyObject* self, PyObject* args) {
-    return Convert<XPLMLocalToWorld>(args, "XPLMLocalToWorld");
+PyObject* PY_XPLMLocalToWorld(PyObject*, PyObject* const* args, Py_ssize_t count) {
+    return Convert<XPLMLocalToWorld>(args, count, "XPLMLocalToWorld");
 }
 
-PyObject* PY_XPLMDrawTranslucentDarkBox(PyObject* self, PyObject* args) {
+PyObject* PY_XPLMDrawTranslucentDarkBox(PyObject*, PyObject* const* args, Py_ssize_t count) {
     int left = 0, top = 0, right = 0, bottom = 0;
-    if (!PyArg_ParseTuple(args, "iiii", &left, &top, &right, &bottom)) return nullptr;
+    if (!CV_ParseArgs(args, count, &left, &top, &right, &bottom)) return nullptr;
     CV_SDK_GUARD(kModule, "XPLMDrawTranslucentDarkBox", CV_IntResult(0),
                  XPLMDrawTranslucentDarkBox(left, top, right, bottom));
     return CV_IntResult(1);
@@ -109,24 +114,26 @@ PyObject* PY_XPLMDrawTranslucentDarkBox(PyObject* self, PyObject* args) {
 
 // The colour is a tuple of three floats; the text is copied, since the SDK takes it writable. A
 // word-wrap width of 0 draws on one line (the SDK gets no width).
-PyObject* PY_XPLMDrawString(PyObject* self, PyObject* args) {
+PyObject* PY_XPLMDrawString(PyObject*, PyObject* const* args, Py_ssize_t count) {
     float colour[3] = {1.0f, 1.0f, 1.0f};
     int x = 0, y = 0, wrapWidth = 0, font = 0;
     const char* text = nullptr;
-    if (!PyArg_ParseTuple(args, "(fff)iisii", &colour[0], &colour[1], &colour[2], &x, &y, &text, &wrapWidth, &font))
+    size_t length = 0;
+    if (!CV_ParseArgs(args, count, CV_Floats(colour), &x, &y, CV_Text(&text, &length), &wrapWidth, &font))
         return nullptr;
-    std::vector<char> copy(text, text + strlen(text) + 1);
+    CV_Buffer<char> copy(length + 1);
+    if (!copy) return PyErr_NoMemory();
+    std::memcpy(copy.get(), text, length + 1);
     CV_SDK_GUARD(kModule, "XPLMDrawString", CV_IntResult(0),
-                 XPLMDrawString(colour, x, y, copy.data(), wrapWidth != 0 ? &wrapWidth : nullptr, font));
+                 XPLMDrawString(colour, x, y, copy.get(), wrapWidth != 0 ? &wrapWidth : nullptr, font));
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPLMDrawNumber(PyObject* self, PyObject* args) {
+PyObject* PY_XPLMDrawNumber(PyObject*, PyObject* const* args, Py_ssize_t count) {
     float colour[3] = {1.0f, 1.0f, 1.0f};
     int x = 0, y = 0, digits = 0, decimals = 0, showSign = 0, font = 0;
     double value = 0.0;
-    if (!PyArg_ParseTuple(args, "(fff)iidiiii", &colour[0], &colour[1], &colour[2], &x, &y, &value, &digits,
-                          &decimals, &showSign, &font))
+    if (!CV_ParseArgs(args, count, CV_Floats(colour), &x, &y, &value, &digits, &decimals, &showSign, &font))
         return nullptr;
     CV_SDK_GUARD(kModule, "XPLMDrawNumber", CV_IntResult(0),
                  XPLMDrawNumber(colour, x, y, value, digits, decimals, showSign, font));
@@ -151,11 +158,11 @@ PyObject* PY_XPLMGetFontDimensions(PyObject* self, PyObject* args) {
 
 // The width in pixels, truncated toward zero. The character count is bounded by the text, so the
 // simulator never reads past it.
-PyObject* PY_XPLMMeasureString(PyObject* self, PyObject* args) {
+PyObject* PY_XPLMMeasureString(PyObject*, PyObject* const* args, Py_ssize_t argCount) {
     CV_REQUIRE_SDK(kModule, Sdk200, XPLMMeasureString);
     int font = 0, count = 0;
     const char* text = nullptr;
-    if (!PyArg_ParseTuple(args, "isi", &font, &text, &count)) return nullptr;
+    if (!CV_ParseArgs(args, argCount, &font, &text, &count)) return nullptr;
     const int length = static_cast<int>(strnlen(text, 1u << 20));
     if (count < 0 || count > length) count = count < 0 ? 0 : length;
     float width = 0.0f;
@@ -164,17 +171,18 @@ PyObject* PY_XPLMMeasureString(PyObject* self, PyObject* args) {
 }
 
 PyMethodDef XPLMGraphicsMethods[] = {
-    {"XPLMSetGraphicsState", PY_XPLMSetGraphicsState, METH_VARARGS, "Set Graphics State."},
-    {"XPLMBindTexture2d", PY_XPLMBindTexture2d, METH_VARARGS, "Bind Texture."},
+    {"XPLMSetGraphicsState", CV_FASTCALL(PY_XPLMSetGraphicsState), METH_FASTCALL, "Set Graphics State."},
+    {"XPLMBindTexture2d", CV_FASTCALL(PY_XPLMBindTexture2d), METH_FASTCALL, "Bind Texture."},
     {"XPLMGenerateTextureNumbers", PY_XPLMGenerateTextureNumbers, METH_VARARGS, "Generate Texture Numbers."},
     {"XPLMGetTexture", PY_XPLMGetTexture, METH_VARARGS, "Get Texture."},
-    {"XPLMWorldToLocal", PY_XPLMWorldToLocal, METH_VARARGS, "Convert World to Local Coordinates."},
-    {"XPLMLocalToWorld", PY_XPLMLocalToWorld, METH_VARARGS, "Convert Local to World Coordinates."},
-    {"XPLMDrawTranslucentDarkBox", PY_XPLMDrawTranslucentDarkBox, METH_VARARGS, "Draw Translucent Dark Box."},
-    {"XPLMDrawString", PY_XPLMDrawString, METH_VARARGS, "Draw String."},
-    {"XPLMDrawNumber", PY_XPLMDrawNumber, METH_VARARGS, "Draw Number."},
+    {"XPLMWorldToLocal", CV_FASTCALL(PY_XPLMWorldToLocal), METH_FASTCALL, "Convert World to Local Coordinates."},
+    {"XPLMLocalToWorld", CV_FASTCALL(PY_XPLMLocalToWorld), METH_FASTCALL, "Convert Local to World Coordinates."},
+    {"XPLMDrawTranslucentDarkBox", CV_FASTCALL(PY_XPLMDrawTranslucentDarkBox), METH_FASTCALL,
+     "Draw Translucent Dark Box."},
+    {"XPLMDrawString", CV_FASTCALL(PY_XPLMDrawString), METH_FASTCALL, "Draw String."},
+    {"XPLMDrawNumber", CV_FASTCALL(PY_XPLMDrawNumber), METH_FASTCALL, "Draw Number."},
     {"XPLMGetFontDimensions", PY_XPLMGetFontDimensions, METH_VARARGS, "Get Font Dimensions."},
-    {"XPLMMeasureString", PY_XPLMMeasureString, METH_VARARGS, "Measure string length."},
+    {"XPLMMeasureString", CV_FASTCALL(PY_XPLMMeasureString), METH_FASTCALL, "Measure string length."},
     {nullptr, nullptr, 0, nullptr},
 };
 

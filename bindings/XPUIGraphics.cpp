@@ -63,9 +63,12 @@ const CV_IntConstant XPUIGraphicsConstants[] = {
 
 const char* const kModule = "XPUIGraphics";
 
-PyObject* PY_XPDrawWindow(PyObject* self, PyObject* args) {
+// The drawing functions and the track metrics run every frame: they take their arguments as vectors
+// and convert them directly.
+
+PyObject* PY_XPDrawWindow(PyObject*, PyObject* const* args, Py_ssize_t count) {
     int left = 0, bottom = 0, right = 0, top = 0, style = 0;
-    if (!PyArg_ParseTuple(args, "iiiii", &left, &bottom, &right, &top, &style)) return nullptr;
+    if (!CV_ParseArgs(args, count, &left, &bottom, &right, &top, &style)) return nullptr;
     if (!CV_Guarded(
             kModule, "XPDrawWindow", [&] { XPDrawWindow(left, bottom, right, top, style); }, CV_FUNCTION_ERROR))
         return CV_IntResult(0);
@@ -90,9 +93,9 @@ PyObject* PY_XPGetWindowDefaultDimensions(PyObject* self, PyObject* args) {
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPDrawElement(PyObject* self, PyObject* args) {
+PyObject* PY_XPDrawElement(PyObject*, PyObject* const* args, Py_ssize_t count) {
     int left = 0, bottom = 0, right = 0, top = 0, style = 0, lit = 0;
-    if (!PyArg_ParseTuple(args, "iiiiii", &left, &bottom, &right, &top, &style, &lit)) return nullptr;
+    if (!CV_ParseArgs(args, count, &left, &bottom, &right, &top, &style, &lit)) return nullptr;
     if (!CV_Guarded(
             kModule, "XPDrawElement", [&] { XPDrawElement(left, bottom, right, top, style, lit); }, CV_FUNCTION_ERROR))
         return CV_IntResult(0);
@@ -120,9 +123,9 @@ PyObject* PY_XPGetElementDefaultDimensions(PyObject* self, PyObject* args) {
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPDrawTrack(PyObject* self, PyObject* args) {
+PyObject* PY_XPDrawTrack(PyObject*, PyObject* const* args, Py_ssize_t count) {
     int left = 0, bottom = 0, right = 0, top = 0, minimum = 0, maximum = 0, value = 0, style = 0, lit = 0;
-    if (!PyArg_ParseTuple(args, "iiiiiiiii", &left, &bottom, &right, &top, &minimum, &maximum, &value, &style, &lit))
+    if (!CV_ParseArgs(args, count, &left, &bottom, &right, &top, &minimum, &maximum, &value, &style, &lit))
         return nullptr;
     if (!CV_Guarded(
             kModule, "XPDrawTrack", [&] { XPDrawTrack(left, bottom, right, top, minimum, maximum, value, style, lit); },
@@ -142,10 +145,9 @@ PyObject* PY_XPGetTrackDefaultDimensions(PyObject* self, PyObject* args) {
     return Py_BuildValue("(ii)", width, canBeLit);
 }
 
-PyObject* PY_XPGetTrackMetrics(PyObject* self, PyObject* args) {
+PyObject* PY_XPGetTrackMetrics(PyObject*, PyObject* const* args, Py_ssize_t count) {
     int left = 0, bottom = 0, right = 0, top = 0, minimum = 0, maximum = 0, value = 0, style = 0;
-    if (!PyArg_ParseTuple(args, "iiiiiiii", &left, &bottom, &right, &top, &minimum, &maximum, &value, &style))
-        return nullptr;
+    if (!CV_ParseArgs(args, count, &left, &bottom, &right, &top, &minimum, &maximum, &value, &style)) return nullptr;
     int isVertical = 0, downButton = 0, downPage = 0, thumb = 0, upPage = 0, upButton = 0;
     if (!CV_Guarded(
             kModule, "XPGetTrackMetrics",
@@ -155,18 +157,25 @@ PyObject* PY_XPGetTrackMetrics(PyObject* self, PyObject* args) {
             },
             CV_FUNCTION_ERROR))
         return CV_IntResult(0);
-    return Py_BuildValue("(iiiiii)", isVertical, downButton, downPage, thumb, upPage, upButton);
+    const int metrics[6] = {isVertical, downButton, downPage, thumb, upPage, upButton};
+    CV_PyRef tuple(PyTuple_New(6));
+    for (int i = 0; tuple && i < 6; ++i) {
+        PyObject* item = PyLong_FromLong(metrics[i]);
+        if (item == nullptr) return nullptr;
+        PyTuple_SET_ITEM(tuple.get(), i, item);
+    }
+    return tuple.release();
 }
 
 PyMethodDef XPUIGraphicsMethods[] = {
-    {"XPDrawWindow", PY_XPDrawWindow, METH_VARARGS, "Draw Window."},
+    {"XPDrawWindow", CV_FASTCALL(PY_XPDrawWindow), METH_FASTCALL, "Draw Window."},
     {"XPGetWindowDefaultDimensions", PY_XPGetWindowDefaultDimensions, METH_VARARGS, "Get Window Default Dimensions."},
-    {"XPDrawElement", PY_XPDrawElement, METH_VARARGS, "Draw Element."},
+    {"XPDrawElement", CV_FASTCALL(PY_XPDrawElement), METH_FASTCALL, "Draw Element."},
     {"XPGetElementDefaultDimensions", PY_XPGetElementDefaultDimensions, METH_VARARGS,
      "Get Element Default Dimensions."},
-    {"XPDrawTrack", PY_XPDrawTrack, METH_VARARGS, "Draw Track."},
+    {"XPDrawTrack", CV_FASTCALL(PY_XPDrawTrack), METH_FASTCALL, "Draw Track."},
     {"XPGetTrackDefaultDimensions", PY_XPGetTrackDefaultDimensions, METH_VARARGS, "Get Track Default Dimensions."},
-    {"XPGetTrackMetrics", PY_XPGetTrackMetrics, METH_VARARGS, "Get Track Metrics."},
+    {"XPGetTrackMetrics", CV_FASTCALL(PY_XPGetTrackMetrics), METH_FASTCALL, "Get Track Metrics."},
     {nullptr, nullptr, 0, nullptr},
 };
 

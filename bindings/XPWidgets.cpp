@@ -234,12 +234,14 @@ CV_PLAIN_BINDING(kModule, XPIsWidgetInFront)
 
 // ---------------------------------------------------------------- geometry
 
+// Custom widgets read and set geometry, descriptors and properties every frame: these functions take
+// their arguments as vectors and convert them directly.
+
 template <void (*Sdk)(XPWidgetID, int*, int*, int*, int*)>
-PyObject* GetGeometry(PyObject* args, const char* function) {
+PyObject* GetGeometry(PyObject* const* args, Py_ssize_t count, const char* function) {
     PyObject* outs[4] = {nullptr, nullptr, nullptr, nullptr};
     XPWidgetID widget = nullptr;
-    if (!PyArg_ParseTuple(args, "O&OOOO", CV_PointerArg, &widget, &outs[0], &outs[1], &outs[2], &outs[3]))
-        return nullptr;
+    if (!CV_ParseArgs(args, count, CV_Handle(&widget), &outs[0], &outs[1], &outs[2], &outs[3])) return nullptr;
     for (PyObject* out : outs)
         if (!CV_CheckOutputList(out)) return nullptr;
     int values[4] = {0, 0, 0, 0};
@@ -251,17 +253,17 @@ PyObject* GetGeometry(PyObject* args, const char* function) {
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPGetWidgetGeometry(PyObject* self, PyObject* args) {
-    return GetGeometry<XPGetWidgetGeometry>(args, "XPGetWidgetGeometry");
+PyObject* PY_XPGetWidgetGeometry(PyObject*, PyObject* const* args, Py_ssize_t count) {
+    return GetGeometry<XPGetWidgetGeometry>(args, count, "XPGetWidgetGeometry");
 }
-PyObject* PY_XPGetWidgetExposedGeometry(PyObject* self, PyObject* args) {
-    return GetGeometry<XPGetWidgetExposedGeometry>(args, "XPGetWidgetExposedGeometry");
+PyObject* PY_XPGetWidgetExposedGeometry(PyObject*, PyObject* const* args, Py_ssize_t count) {
+    return GetGeometry<XPGetWidgetExposedGeometry>(args, count, "XPGetWidgetExposedGeometry");
 }
 
-PyObject* PY_XPSetWidgetGeometry(PyObject* self, PyObject* args) {
+PyObject* PY_XPSetWidgetGeometry(PyObject*, PyObject* const* args, Py_ssize_t count) {
     int left = 0, top = 0, right = 0, bottom = 0;
     XPWidgetID widget = nullptr;
-    if (!PyArg_ParseTuple(args, "O&iiii", CV_PointerArg, &widget, &left, &top, &right, &bottom)) return nullptr;
+    if (!CV_ParseArgs(args, count, CV_Handle(&widget), &left, &top, &right, &bottom)) return nullptr;
     CV_SDK_GUARD(kModule, "XPSetWidgetGeometry", CV_IntResult(0),
                  XPSetWidgetGeometry(widget, left, top, right, bottom));
     return CV_IntResult(1);
@@ -280,46 +282,47 @@ PyObject* PY_XPGetWidgetForLocation(PyObject* self, PyObject* args) {
 
 // ---------------------------------------------------------------- descriptor and properties
 
-PyObject* PY_XPSetWidgetDescriptor(PyObject* self, PyObject* args) {
+PyObject* PY_XPSetWidgetDescriptor(PyObject*, PyObject* const* args, Py_ssize_t count) {
     const char* text = nullptr;
     XPWidgetID widget = nullptr;
-    if (!PyArg_ParseTuple(args, "O&s", CV_PointerArg, &widget, &text)) return nullptr;
+    if (!CV_ParseArgs(args, count, CV_Handle(&widget), &text)) return nullptr;
     CV_SDK_GUARD(kModule, "XPSetWidgetDescriptor", CV_IntResult(0), XPSetWidgetDescriptor(widget, text));
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPGetWidgetDescriptor(PyObject* self, PyObject* args) {
+PyObject* PY_XPGetWidgetDescriptor(PyObject*, PyObject* const* args, Py_ssize_t count) {
     PyObject* out = nullptr;
     int maximum = 0;
     XPWidgetID widget = nullptr;
-    if (!PyArg_ParseTuple(args, "O&Oi", CV_PointerArg, &widget, &out, &maximum)) return nullptr;
+    if (!CV_ParseArgs(args, count, CV_Handle(&widget), &out, &maximum)) return nullptr;
     if (!CV_CheckOutputList(out)) return nullptr;
     if (maximum < 0) maximum = 0;
     // One byte more than the SDK may fill, so the text always ends.
-    std::vector<char> buffer(out == Py_None ? 0 : static_cast<size_t>(maximum) + 1, '\0');
+    CV_Buffer<char> buffer(out == Py_None ? 0 : static_cast<size_t>(maximum) + 1);
+    if (!buffer) return PyErr_NoMemory();
     int length = 0;
     CV_SDK_GUARD(kModule, "XPGetWidgetDescriptor", Py_BuildValue("(is)", 0, ""),
-                 length = XPGetWidgetDescriptor(widget, out == Py_None ? nullptr : buffer.data(), maximum));
-    if (out != Py_None && !CV_AppendOutput(out, CV_BufferText(buffer.data(), static_cast<size_t>(maximum))))
+                 length = XPGetWidgetDescriptor(widget, out == Py_None ? nullptr : buffer.get(), maximum));
+    if (out != Py_None && !CV_AppendOutput(out, CV_BufferText(buffer.get(), static_cast<size_t>(maximum))))
         return nullptr;
     return CV_IntResult(length);
 }
 
-PyObject* PY_XPSetWidgetProperty(PyObject* self, PyObject* args) {
+PyObject* PY_XPSetWidgetProperty(PyObject*, PyObject* const* args, Py_ssize_t count) {
     int property = 0;
     XPWidgetID widget = nullptr;
     void* value = nullptr;
-    if (!PyArg_ParseTuple(args, "O&iO&", CV_PointerArg, &widget, &property, CV_PointerArg, &value)) return nullptr;
+    if (!CV_ParseArgs(args, count, CV_Handle(&widget), &property, CV_Handle(&value))) return nullptr;
     CV_SDK_GUARD(kModule, "XPSetWidgetProperty", CV_IntResult(0),
                  XPSetWidgetProperty(widget, property, reinterpret_cast<intptr_t>(value)));
     return CV_IntResult(1);
 }
 
-PyObject* PY_XPGetWidgetProperty(PyObject* self, PyObject* args) {
+PyObject* PY_XPGetWidgetProperty(PyObject*, PyObject* const* args, Py_ssize_t count) {
     PyObject* outExists = nullptr;
     int property = 0;
     XPWidgetID widget = nullptr;
-    if (!PyArg_ParseTuple(args, "O&iO", CV_PointerArg, &widget, &property, &outExists)) return nullptr;
+    if (!CV_ParseArgs(args, count, CV_Handle(&widget), &property, &outExists)) return nullptr;
     if (!CV_CheckOutputList(outExists)) return nullptr;
     int exists = 0;
     intptr_t value = 0;
@@ -368,14 +371,15 @@ PyMethodDef XPWidgetsMethods[] = {
     {"XPFindRootWidget", PY_XPFindRootWidget, METH_VARARGS, "Find Root Widget."},
     {"XPBringRootWidgetToFront", PY_XPBringRootWidgetToFront, METH_VARARGS, "Bring Root Widget To Front."},
     {"XPIsWidgetInFront", PY_XPIsWidgetInFront, METH_VARARGS, "Is Widget In Front."},
-    {"XPGetWidgetGeometry", PY_XPGetWidgetGeometry, METH_VARARGS, "Get Widget Geometry."},
-    {"XPSetWidgetGeometry", PY_XPSetWidgetGeometry, METH_VARARGS, "Set Widget Geometry."},
+    {"XPGetWidgetGeometry", CV_FASTCALL(PY_XPGetWidgetGeometry), METH_FASTCALL, "Get Widget Geometry."},
+    {"XPSetWidgetGeometry", CV_FASTCALL(PY_XPSetWidgetGeometry), METH_FASTCALL, "Set Widget Geometry."},
     {"XPGetWidgetForLocation", PY_XPGetWidgetForLocation, METH_VARARGS, "Get Widget For Location."},
-    {"XPGetWidgetExposedGeometry", PY_XPGetWidgetExposedGeometry, METH_VARARGS, "Get Widget Exposed Geometry."},
-    {"XPSetWidgetDescriptor", PY_XPSetWidgetDescriptor, METH_VARARGS, "Set Widget Descriptor."},
-    {"XPGetWidgetDescriptor", PY_XPGetWidgetDescriptor, METH_VARARGS, "Get Widget Descriptor."},
-    {"XPSetWidgetProperty", PY_XPSetWidgetProperty, METH_VARARGS, "Set Widget Property."},
-    {"XPGetWidgetProperty", PY_XPGetWidgetProperty, METH_VARARGS, "Get Widget Property."},
+    {"XPGetWidgetExposedGeometry", CV_FASTCALL(PY_XPGetWidgetExposedGeometry), METH_FASTCALL,
+     "Get Widget Exposed Geometry."},
+    {"XPSetWidgetDescriptor", CV_FASTCALL(PY_XPSetWidgetDescriptor), METH_FASTCALL, "Set Widget Descriptor."},
+    {"XPGetWidgetDescriptor", CV_FASTCALL(PY_XPGetWidgetDescriptor), METH_FASTCALL, "Get Widget Descriptor."},
+    {"XPSetWidgetProperty", CV_FASTCALL(PY_XPSetWidgetProperty), METH_FASTCALL, "Set Widget Property."},
+    {"XPGetWidgetProperty", CV_FASTCALL(PY_XPGetWidgetProperty), METH_FASTCALL, "Get Widget Property."},
     {"XPSetKeyboardFocus", PY_XPSetKeyboardFocus, METH_VARARGS, "Set Keyboard Focus."},
     {"XPLoseKeyboardFocus", PY_XPLoseKeyboardFocus, METH_VARARGS, "Lose Keyboard Focus."},
     {"XPGetWidgetWithFocus", PY_XPGetWidgetWithFocus, METH_VARARGS, "Get Widget With Focus."},

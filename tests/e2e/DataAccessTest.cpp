@@ -209,6 +209,15 @@ TEST(DataAccess, PerFrameArgumentMistakesRaiseTheInterpretersErrors) {
         {"XPGetWidgetProperty(W, 'p', None)", "TypeError 'str' object cannot be interpreted as an integer"},
         {"XPSetWidgetProperty(W, 1100, 1.5)", "TypeError an integer is required"},
         {"(lambda e=[]: (XPSetWidgetProperty(W, 1100, 1), XPGetWidgetProperty(W, 1100, e), e))()", "(1, 1, [1])"},
+        {"[XPSetWidgetProperty(W, 1100, v) and XPGetWidgetProperty(W, 1100, None) for v in (-5, 2**40, -2**40, 2**62, "
+         "2**64 - 1)]",
+         "[-5, 1099511627776, -1099511627776, 4611686018427387904, -1]"},
+        {"XPSetWidgetProperty(W, 1100, 2**64)", "OverflowError Python int too large to convert to C unsigned long"},
+        {"XPSetWidgetProperty(W, 1100, -2**63 - 1)", "OverflowError Python int too large to convert to C long"},
+        {"(XPSetWidgetGeometry(W, -7, 100, 2**20, 0), (lambda l=[], r=[]: (XPGetWidgetGeometry(W, l, None, r, None), "
+         "l, "
+         "r))())",
+         "(1, (1, [-7], [1048576]))"},
     };
     std::string start = "        W = XPCreateWidget(0, 100, 100, 0, 1, 'W', 1, 0, 1)\n", expected;
     for (const auto& [call, answer] : cases) {
