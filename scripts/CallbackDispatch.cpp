@@ -150,7 +150,7 @@ private:
 // running. Null with the error set when an argument could not be made (nothing is called then) or
 // the call failed.
 template <typename... Arguments>
-PyObject* CallScript(PyObject* callable, Arguments... made) {
+__attribute__((always_inline)) inline PyObject* CallScript(PyObject* callable, Arguments... made) {
     static_assert((std::is_same_v<Arguments, PyObject*> && ...), "the arguments are Python objects");
     PyObject* argv[1 + sizeof...(Arguments)] = {nullptr, made...};
     PyObject* result = nullptr;
