@@ -162,12 +162,13 @@ bool CV_TextArg(PyObject* object, Py_ssize_t position, const char** text, size_t
 }
 
 bool CV_FloatsArg(PyObject* object, Py_ssize_t position, float* values, Py_ssize_t count) {
-    if (!PySequence_Check(object) || PyBytes_Check(object)) {
+    const bool direct = PyList_CheckExact(object) || PyTuple_CheckExact(object);
+    if (!direct && (!PySequence_Check(object) || PyBytes_Check(object))) {
         PyErr_Format(PyExc_TypeError, "argument %zd must be %zd-item sequence, not %.50s", position, count,
                      TypeName(object));
         return false;
     }
-    const Py_ssize_t length = PySequence_Size(object);
+    const Py_ssize_t length = direct ? PySequence_Fast_GET_SIZE(object) : PySequence_Size(object);
     if (length != count) {
         // A sequence that cannot tell its length keeps its own error.
         if (!PyErr_Occurred())
@@ -175,7 +176,6 @@ bool CV_FloatsArg(PyObject* object, Py_ssize_t position, float* values, Py_ssize
                          length);
         return false;
     }
-    const bool direct = PyList_CheckExact(object) || PyTuple_CheckExact(object);
     for (Py_ssize_t i = 0; i < count; ++i) {
         // A list's or tuple's item as PySequence_GetItem gives it, without the call: a conversion
         // may run script code that shortens the list.
