@@ -126,7 +126,8 @@ TEST(ConfigFile, RefusedLinesAreReportedWhereTheyAreAndTheRestCounts) {
          "iniparser: syntax error in @ (3):\n-> not a key\niniparser: syntax error in @ (5):\n-> [broken\n"},
         {"[DEBUG]\r" + longLine + "\rCheckCallbacks = 1\r", 0, 1, "iniparser: input line too long in @ (2)\n"},
         // iniparser's own line is a little shorter than the file's: it reports a 1023-byte line itself.
-        {"[DEBUG]\n" + std::string(1023, 'k') + "\nDebugCallbacks=1\n" + std::string(1022, ';') + "\nCheckCallbacks=1\n",
+        {"[DEBUG]\n" + std::string(1023, 'k') + "\nDebugCallbacks=1\n" + std::string(1022, ';') +
+             "\nCheckCallbacks=1\n",
          1, 1, "iniparser: input line too long in @ (2)\n"},
         // A line ending in "\" continues; the joined line is judged and reported at its last line.
         {"[DEBUG]\nDebugCallbacks = \\\n  1\nbad \\\nstill bad\nCheckCallbacks = 1\n", 1, 1,
@@ -163,7 +164,8 @@ TEST(ConfigFile, AnythingButARegularFileIsNotFoundAndNeverWaitedFor) {
     ASSERT_NE(mkdtemp(folder), nullptr);
     const std::string fifo = std::string(folder) + "/Corvelle.ini";
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
-    for (const std::string& path : {fifo, std::string("/dev/zero"), std::string(folder), std::string("/nonexistent/x")}) {
+    for (const std::string& path :
+         {fifo, std::string("/dev/zero"), std::string(folder), std::string("/nonexistent/x")}) {
         SCOPED_TRACE(path);
         gCV_DebugCallbacks = 0;
         gCV_CheckCallbacks = 3;
