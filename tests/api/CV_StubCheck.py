@@ -16,7 +16,7 @@ NOT_CALLED = {"XPLMReloadPlugins"}  # would restart every plugin
 def LiveModules():
     return sorted(name for name, module in list(sys.modules.items())
                   if isinstance(module, types.ModuleType) and name not in ("__main__", "BrindleInternalModule")
-                  and getattr(module, "__spec__", None) is None and not hasattr(module, "__file__"))
+                  and getattr(module, "__loader__", None) is None and not hasattr(module, "__file__"))
 
 
 def StubMembers(path):

@@ -2,7 +2,6 @@
 unpacked into a fresh simulator folder as a user unpacks it into X-Plane/Resources/plugins, and run with
 the example scripts it brings."""
 
-import importlib.util
 import os
 import re
 import shutil
@@ -15,12 +14,11 @@ import pytest
 
 REPOSITORY = Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(REPOSITORY / "testing"))
+sys.path.insert(0, str(REPOSITORY / "tools"))
+import package  # noqa: E402  (tools/package.py)
 from corvelle_xpsim import Simulator  # noqa: E402
 
 BUILD = Path(os.environ.get("CORVELLE_BUILD_DIR", REPOSITORY / "build"))
-spec = importlib.util.spec_from_file_location("package", REPOSITORY / "tools" / "package.py")
-package = importlib.util.module_from_spec(spec)
-spec.loader.exec_module(package)
 
 
 @pytest.fixture(scope="module")

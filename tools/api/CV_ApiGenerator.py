@@ -117,7 +117,7 @@ def ReadTable(path, problems):
 
 def IsScriptModule(name, module):
     return (isinstance(module, types.ModuleType) and name != "__main__" and name not in INTERNAL_MODULES
-            and getattr(module, "__spec__", None) is None and not hasattr(module, "__file__"))
+            and getattr(module, "__loader__", None) is None and not hasattr(module, "__file__"))
 
 
 def Members(module):
