@@ -13,7 +13,7 @@ REPOSITORY = HERE.parent.parent
 sys.path.insert(0, str(REPOSITORY / "testing"))
 from corvelle_xpsim import xpsim  # noqa: E402,F401  (the fixture)
 
-BUILD = Path(os.environ.get("CORVELLE_BUILD_DIR", REPOSITORY / "build"))
+BUILD = Path(os.environ.get("CORVELLE_BUILD_DIR", REPOSITORY / "build")).resolve()
 STUBS = BUILD / "api" / "stubs"
 DOCS = BUILD / "api" / "docs"
 

@@ -18,7 +18,7 @@ sys.path.insert(0, str(REPOSITORY / "tools"))
 import package  # noqa: E402  (tools/package.py)
 from corvelle_xpsim import Simulator  # noqa: E402
 
-BUILD = Path(os.environ.get("CORVELLE_BUILD_DIR", REPOSITORY / "build"))
+BUILD = Path(os.environ.get("CORVELLE_BUILD_DIR", REPOSITORY / "build")).resolve()
 
 
 @pytest.fixture(scope="module")
