@@ -85,6 +85,8 @@ def test_local_changes_mark_the_package(tmp_path, monkeypatch):
         subprocess.run(["git", "-C", str(tmp_path), *arguments], check=True, capture_output=True)
 
     monkeypatch.setattr(package, "SOURCE", tmp_path)
+    # The test folder may lie inside a checkout (the build folder); git must not look above it.
+    monkeypatch.setenv("GIT_CEILING_DIRECTORIES", str(tmp_path.parent))
     assert package.local_changes() is None  # not a checkout
     git("init", "-q")
     (tmp_path / "a.txt").write_text("a")
