@@ -109,3 +109,25 @@ def test_the_committed_api_reference_is_the_generated_one():
     assert len(generated) == table_counts()[0] + 1
     stale = sorted(name for name in generated.keys() | committed.keys() if generated.get(name) != committed.get(name))
     assert stale == [], "docs/api differs from the generated reference; run `make api-docs`"
+
+
+def test_the_generation_fails_naming_what_disagrees_and_writes_nothing(tmp_path):
+    from corvelle_xpsim import find_plugin, find_xpsim
+
+    table = (REPOSITORY / "tools" / "api" / "signatures.txt").read_text()
+    table = table.replace("XPLMGetDatai(inDataRef: int) -> int", "XPLMGetDatai(inDataRef: int, inExtra: int) -> int")
+    table = table.replace("XPLMSetDatai(inDataRef: int, inValue: int) -> int\n", "")
+    table += "\n[NoSuchModule]\nNoSuchFunction() -> int\n"
+    (tmp_path / "table.txt").write_text(table)
+    line = table.splitlines().index("XPLMGetDatai(inDataRef: int, inExtra: int) -> int") + 1
+    done = subprocess.run([sys.executable, str(REPOSITORY / "tools" / "api" / "generate_api.py"), "--xpsim",
+                           str(find_xpsim()), "--plugin", str(find_plugin()), "--table", str(tmp_path / "table.txt"),
+                           "--out", str(tmp_path / "out")], capture_output=True, text=True)
+    assert done.returncode == 1
+    assert done.stderr.splitlines() == [
+        "API generation failed:",
+        "  cannot import module NoSuchModule: ModuleNotFoundError: No module named 'NoSuchModule'",
+        "  XPLMDataAccess.XPLMSetDatai has no line in the table",
+        "  table.txt line %d: XPLMDataAccess.XPLMGetDatai takes 1 argument, the table gives 2 arguments" % line,
+    ]
+    assert not (tmp_path / "out" / "stamp").exists() and not (tmp_path / "out" / "stubs").exists()
