@@ -52,7 +52,9 @@ PyObject* PY_XPLMSetGraphicsState(PyObject* self, PyObject* args) {
     if (!PyArg_ParseTuple(args, "iiiiiii", &fog, &textureUnits, &lighting, &alphaTesting, &alphaBlending,
                           &depthTesting, &depthWriting))
         return nullptr;
-    XPLMSetGraphicsState(fog, textureUnits, lighting, alphaTesting, alphaBlending, depthTesting, depthWriting);
+    CV_SDK_GUARD(
+        kModule, "XPLMSetGraphicsState", CV_IntResult(0),
+        XPLMSetGraphicsState(fog, textureUnits, lighting, alphaTesting, alphaBlending, depthTesting, depthWriting));
     return CV_IntResult(0);
 }
 
