@@ -2,6 +2,9 @@
 # make test   build with AddressSanitizer and UndefinedBehaviorSanitizer, then run every test
 # make bench  build optimised benchmarks and run them
 # make plugin build an optimised Corvelle.xpl for a real simulator (build-release/plugins/...)
+# make dist   build optimised and pack the release: dist/Corvelle-<version>-lin_x64.tar.gz
+# make api-docs  write the generated API reference into docs/api (a test compares the two)
+# make soak   reload scripts that leave everything behind 100 times and print resident memory
 
 BUILD       ?= build
 JOBS        ?= $(shell nproc)
@@ -10,7 +13,7 @@ DEMO_SECONDS ?= 5
 export ASAN_OPTIONS ?= detect_leaks=0:abort_on_error=0:halt_on_error=1
 export UBSAN_OPTIONS ?= print_stacktrace=1:halt_on_error=1
 
-.PHONY: setup build test demo bench plugin clean
+.PHONY: setup build test demo bench plugin dist api-docs soak clean
 
 setup:
 	@tools/install-deps.sh
@@ -45,5 +48,23 @@ plugin: setup
 	cmake -S . -B build-release -DCMAKE_BUILD_TYPE=Release -DCORVELLE_SANITIZE=OFF -DCORVELLE_TESTS=OFF
 	cmake --build build-release -j $(JOBS) --target Corvelle
 
+dist: setup
+	cmake -S . -B build-release -DCMAKE_BUILD_TYPE=Release -DCORVELLE_SANITIZE=OFF -DCORVELLE_TESTS=OFF
+	cmake --build build-release -j $(JOBS) --target Corvelle script_api
+	python3 tools/package.py --build build-release --out dist
+
+api-docs: setup
+	cmake -S . -B $(BUILD) -DCORVELLE_SANITIZE=ON -DCORVELLE_TESTS=ON
+	cmake --build $(BUILD) -j $(JOBS) --target script_api
+	rm -f docs/api/*.md
+	cp $(BUILD)/api/docs/*.md docs/api/
+
+soak: setup
+	cmake -S . -B build-release -DCMAKE_BUILD_TYPE=Release -DCORVELLE_SANITIZE=OFF -DCORVELLE_TESTS=OFF
+	cmake --build build-release -j $(JOBS) --target Corvelle xpsim
+	python3 tests/soak/soak.py --xpsim build-release/sim/xpsim \
+	    --plugin build-release/plugins/Corvelle/lin_x64/Corvelle.xpl --datarefs tests/data/DataRefs.txt \
+	    --reloads 100 --max-growth-mb 10
+
 clean:
-	rm -rf $(BUILD) build-bench build-release $(DEMO_ROOT)
+	rm -rf $(BUILD) build-bench build-release $(DEMO_ROOT) dist

@@ -17,6 +17,7 @@
 #include "CV_ScriptTable.h"
 #include "CallbackRegistry.h"
 #include "PythonRef.h"
+#include "ScriptThreads.h"
 
 // ---------------------------------------------------------------- modules
 
@@ -71,12 +72,18 @@ void CV_ReportChangedCall(const char* module, const char* function, const char* 
 
 #define CV_PARAMETER_ERROR "Parameter Error"
 #define CV_FUNCTION_ERROR "Function Error"
+#define CV_FOREIGN_THREAD_ERROR "Not on the simulator's main thread: the SDK call was refused"
 
-// Runs one SDK call. Whatever it throws becomes a report (`error`: "Parameter Error", or
-// "Function Error" for the functions that report that) and false, so that nothing crosses back
-// into the simulator.
+// Runs one SDK call, on the simulator's main thread only. Whatever it throws becomes a report (`error`: "Parameter
+// Error", or "Function Error" for the functions that report that) and false, so that nothing crosses back into the
+// simulator.
 template <typename Call>
 inline bool CV_Guarded(const char* module, const char* function, Call&& call, const char* error = CV_PARAMETER_ERROR) {
+    // The simulator allows its SDK only on its main thread: a script's own thread is refused.
+    if (!CV_OnMainThread()) {
+        PrintException(module, function, CV_FOREIGN_THREAD_ERROR);
+        return false;
+    }
     try {
         call();
         return true;

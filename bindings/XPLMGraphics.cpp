@@ -55,7 +55,9 @@ PyObject* PY_XPLMSetGraphicsState(PyObject*, PyObject* const* args, Py_ssize_t c
     if (!CV_ParseArgs(args, count, &fog, &textureUnits, &lighting, &alphaTesting, &alphaBlending, &depthTesting,
                       &depthWriting))
         return nullptr;
-    XPLMSetGraphicsState(fog, textureUnits, lighting, alphaTesting, alphaBlending, depthTesting, depthWriting);
+    CV_SDK_GUARD(
+        kModule, "XPLMSetGraphicsState", CV_IntResult(0),
+        XPLMSetGraphicsState(fog, textureUnits, lighting, alphaTesting, alphaBlending, depthTesting, depthWriting));
     return CV_IntResult(0);
 }
 

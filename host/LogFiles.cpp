@@ -9,6 +9,7 @@
 #include "CV_ScriptTable.h"
 #include "PanelState.h"
 #include "Paths.h"
+#include "ScriptThreads.h"
 #include "XPLMPlanes.h"
 #include "XPLMUtilities.h"
 
@@ -16,20 +17,32 @@ int CV_OutputFileEnabled = 1;
 
 namespace {
 
-// Appends at most 4095 bytes of text to a file in the PythonScripts folder. The path is built and
-// the file opened and closed on every call, so the file is complete whatever happens next and the
-// user may delete or move it while the simulator runs.
+// The path of a file in the PythonScripts folder. It is built on every call on the main thread, so
+// the user may delete or move the file while the simulator runs; a script's own thread, which may
+// not ask the simulator for its path, uses the path the main thread built last.
+std::string ScriptsFilePath(const char* fileName) {
+    static std::string lastLog, lastOutput;
+    std::string& last = strcmp(fileName, "CorvelleLog.txt") == 0 ? lastLog : lastOutput;
+    if (!CV_OnMainThread()) return last;
+    std::string simPath = CV_SimPath({"Resources", "plugins", "PythonScripts", fileName});
+    char path[255];
+    if (CV_ConvertPath(simPath.c_str(), path, sizeof path) != 0) {
+        XPLMDebugString("Corvelle - Unable to convert FilePath path\n");
+        last = simPath;
+    } else {
+        last = path;
+    }
+    return last;
+}
+
+// Appends at most 4095 bytes of text to a file in the PythonScripts folder, opened and closed on
+// every call so that the file is complete whatever happens next.
 int AppendToScriptsFile(const char* fileName, const char* text) {
     char line[4096];
     CV_CopyText(line, sizeof line, text);
-    std::string simPath = CV_SimPath({"Resources", "plugins", "PythonScripts", fileName});
-    char path[255];
-    const char* usePath = path;
-    if (CV_ConvertPath(simPath.c_str(), path, sizeof path) != 0) {
-        XPLMDebugString("Corvelle - Unable to convert FilePath path\n");
-        usePath = simPath.c_str();
-    }
-    FILE* f = fopen(usePath, "at");
+    const std::string path = ScriptsFilePath(fileName);
+    if (path.empty()) return -1;
+    FILE* f = fopen(path.c_str(), "at");
     if (f == nullptr) return -1;
     fputs(line, f);
     return fclose(f);
@@ -60,6 +73,11 @@ PyModuleDef BrindleInternalModuleDef = {
 };
 
 }  // namespace
+
+void CV_FindLogFiles() {
+    ScriptsFilePath("CorvelleLog.txt");
+    ScriptsFilePath("CorvelleOutput.txt");
+}
 
 int CV_WriteToLog(const char* text) { return AppendToScriptsFile("CorvelleLog.txt", text); }
 

@@ -8,6 +8,9 @@
 extern int CV_OutputFileEnabled;
 
 // Appends text to CorvelleLog.txt.
+// Finds the log and output files' paths on the main thread, for the lines that scripts' own threads
+// write later (they may not ask the simulator for paths).
+void CV_FindLogFiles();
 int CV_WriteToLog(const char* text);
 // Appends text to CorvelleOutput.txt when the output file is enabled.
 int CV_WriteToLog2(const char* text);

@@ -32,8 +32,19 @@ std::string CV_ScriptsPosixPath(const char* systemPath, char separator);
 // The simulator's directory separator as one character.
 char CV_Separator();
 
-// Reads the configuration file CV_PluginDataFile; 1 when it was read, 0 when it could not be.
+// Reads the configuration file CV_PluginDataFile; 1 when it was read, 0 when it could not be (missing,
+// not a regular file, unreadable). Only its first kCV_IniFileBytes bytes are read. Lines iniparser
+// refuses, and lines over kCV_IniLineBytes, are reported on standard error in iniparser's words and
+// skipped; the other keys still count.
 int CV_GetINIFileValues();
-// Splits text into lines ending at LF, CR, CRLF or LFCR; a line is at most 1024 bytes and a last
-// line without a line end still counts. Returns the lines joined with LF.
-std::string CV_NormaliseLineEnds(const std::string& text);
+constexpr size_t kCV_IniFileBytes = 64 * 1024;
+constexpr size_t kCV_IniLineBytes = 1024;
+
+// A physical line of the configuration file, without its line end. A line over kCV_IniLineBytes keeps
+// its first kCV_IniLineBytes bytes and is marked too long; the rest of it is skipped.
+struct CV_IniLine {
+    std::string text;
+    bool tooLong = false;
+};
+// Cuts text into lines ending at LF, CR, CR LF or LF CR; a last line without a line end still counts.
+std::vector<CV_IniLine> CV_ReadIniLines(const std::string& text);

@@ -10,6 +10,7 @@
 #include "Paths.h"
 #include "PythonErrors.h"
 #include "PythonRef.h"
+#include "ScriptThreads.h"
 #include "SdkDetect.h"
 #include "XPLMDefs.h"
 #include "XPLMUtilities.h"
@@ -78,6 +79,7 @@ int CallXPluginReceiveMessage(PyObject* scriptId, int from, int message, void* p
 void CV_ErrorCallback(const char* message) { CV_DispatchErrorCallbacks(message); }
 
 PLUGIN_API int XPluginStart(char* outName, char* outSignature, char* outDescription) {
+    CV_SetMainThread();
     snprintf(CorvelleVersionNumber, sizeof CorvelleVersionNumber, "%d.%02d.%02d", 2, 67, 7);
     XPLMDebugString("CorvelleVersionNumber = ");
     XPLMDebugString(CorvelleVersionNumber);

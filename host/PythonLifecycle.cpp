@@ -13,6 +13,7 @@
 #include "PluginEntry.h"
 #include "PythonErrors.h"
 #include "ScriptLoader.h"
+#include "ScriptThreads.h"
 #include "XPLMDataAccess.h"
 #include "XPLMUtilities.h"
 
@@ -54,6 +55,7 @@ bool FolderExists(const char* simFolderPath) {
 void StartPython(int enableScripts) {
     if (CVTestTable == nullptr || CVTestTable->GetPythonRunState() == 1) return;
     CV_OutputFileEnabled = 1;
+    CV_FindLogFiles();
 
     CV_WriteToLog("+++ LOGGING STARTED +++\n");
     CV_WriteToLogf("%s %s %s\n", "Corvelle", CorvelleVersionNumber, CV_CreditText);
@@ -166,11 +168,16 @@ void StopPython(int disableScripts) {
         // A stopped script receives nothing more, even from scripts that stop after it.
         CVTestTable->SetScriptEnabledStatus(id, 0);
     }
+    // Threads the scripts left running must not hold the stop (the interpreter's shutdown waits
+    // for them) nor outlive their interpreter.
+    CV_EndScriptThreads();
     // The table's references to the instances go only now that every script has stopped, so a
     // script stopping later can never reach an instance that is already gone. The entries stay
     // (by identity only) for the callback check below; the ids are no longer handed to scripts.
     CVTestTable->SetScriptsReleased(1);
     for (int i = 0; i < size; ++i) Py_XDECREF(CVTestTable->GetScriptId(i));
+    // Registrations the scripts left behind keep their records, but not the scripts' objects.
+    CV_DropInterpreterReferences();
 
     PyRun_SimpleString("import sys\nsys.stdout = sys.__stdout__\nsys.stderr = sys.__stderr__\n");
 

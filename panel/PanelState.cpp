@@ -3,10 +3,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include "ListBox.h"
 #include "PopupMenu.h"
+#include "ScriptThreads.h"
 #include "XPWidgets.h"
 
 char szPopupText[4096] = {0};
@@ -82,21 +84,46 @@ void CV_WrapLine(const std::string& line, size_t pieceSize, std::string& a, std:
     if (pieceSize > 0 && c.size() > pieceSize - 1) c.resize(pieceSize - 1);
 }
 
-void AddDisplayItem(const char* text) { AddItem(text, 256, 256, gCV_PendingDisplayText, CorvelleDisplayConsole); }
+namespace {
 
-void AddPrintItem(const char* text) { AddItem(text, 65536, 32768, gCV_PendingPrintText, CorvellePrintConsole); }
+// A line from a script's own thread waits for the main thread, which alone may touch the widgets.
+void AddItemOnMainThread(const char* text, size_t workSize, size_t pieceSize, std::string& pending,
+                         XPWidgetID& listBox) {
+    if (text == nullptr) return;
+    if (!CV_OnMainThread()) {
+        CV_OnMainThreadDo([line = std::string(text, strnlen(text, workSize)), workSize, pieceSize, &pending, &listBox] {
+            AddItem(line.c_str(), workSize, pieceSize, pending, listBox);
+        });
+        return;
+    }
+    CV_RunDeferredWork();
+    AddItem(text, workSize, pieceSize, pending, listBox);
+}
+
+}  // namespace
+
+void AddDisplayItem(const char* text) {
+    AddItemOnMainThread(text, 256, 256, gCV_PendingDisplayText, CorvelleDisplayConsole);
+}
+
+void AddPrintItem(const char* text) {
+    AddItemOnMainThread(text, 65536, 32768, gCV_PendingPrintText, CorvellePrintConsole);
+}
 
 void CV_UpdateScriptPopup() {
+    if (!CV_OnMainThread()) return CV_OnMainThreadDo(CV_UpdateScriptPopup);
     if (CorvellePopup == nullptr) return;
     XPSetWidgetDescriptor(CorvellePopup, szPopupText);
     XPSetWidgetProperty(CorvellePopup, xpProperty_PopupCurrentItem, 0);
 }
 
 void ClearDisplay() {
+    if (!CV_OnMainThread()) return CV_OnMainThreadDo(ClearDisplay);
     if (CorvelleDisplayConsole != nullptr) XPSetWidgetProperty(CorvelleDisplayConsole, xpProperty_ListBoxClear, 1);
 }
 
 void ClearPrint() {
+    if (!CV_OnMainThread()) return CV_OnMainThreadDo(ClearPrint);
     if (CorvellePrintConsole != nullptr) XPSetWidgetProperty(CorvellePrintConsole, xpProperty_ListBoxClear, 1);
 }
 

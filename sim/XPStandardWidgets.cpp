@@ -127,16 +127,16 @@ int MiddleY(const WidgetRecord& widget, int font) {
 // ------------------------------------------------------------------ windows
 
 bool InCloseBox(const WidgetRecord& widget, int x, int y) {
-    const int top = widget.top - kCloseBoxInset;
+    const long long top = (long long)widget.top - kCloseBoxInset;
     if (y > top || y < top - kCloseBoxSize) return false;
-    const int leftBox = widget.left + kCloseBoxInset;
-    const int rightBox = widget.right - kCloseBoxInset;
+    const long long leftBox = (long long)widget.left + kCloseBoxInset;
+    const long long rightBox = (long long)widget.right - kCloseBoxInset;
     return (x >= leftBox && x <= leftBox + kCloseBoxSize) || (x <= rightBox && x >= rightBox - kCloseBoxSize);
 }
 
 int DragByTitleBar(XPWidgetMessage message, XPWidgetID id, intptr_t param1, const WidgetRecord& widget) {
     return XPUDragWidget(message, id, param1, 0, widget.left, widget.top, widget.right,
-                         widget.top - kTitleBarHeight);
+                         Cut((long long)widget.top - kTitleBarHeight));
 }
 
 int MainWindow(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t param2) {
@@ -543,8 +543,9 @@ Track Measure(XPWidgetID id, const WidgetRecord& widget) {
     const XPTrackStyle style =
         Property(id, xpProperty_ScrollBarType) == xpScrollBarTypeSlider ? xpTrack_Slider : xpTrack_ScrollBar;
     int vertical = 0, upButton = 0;
-    XPGetTrackMetrics(widget.left, widget.bottom, widget.right, widget.top, int(min), int(max),
-                      int(Property(id, xpProperty_ScrollBarSliderPosition)), style, &vertical, &track.button,
+    // The SDK measures a track in ints: a range or position beyond them is drawn at the int range's ends.
+    XPGetTrackMetrics(widget.left, widget.bottom, widget.right, widget.top, Cut(min), Cut(max),
+                      Cut(Property(id, xpProperty_ScrollBarSliderPosition)), style, &vertical, &track.button,
                       &track.downPage, &track.thumb, &track.upPage, &upButton);
     track.vertical = vertical != 0;
     return track;
@@ -552,8 +553,16 @@ Track Measure(XPWidgetID id, const WidgetRecord& widget) {
 
 // How far a point lies along the track from its "down" end: the left of a horizontal bar, the top of
 // a vertical one.
-int Along(const Track& track, const WidgetRecord& widget, const XPMouseState_t& mouse) {
-    return track.vertical ? widget.top - mouse.y : mouse.x - widget.left;
+long long Along(const Track& track, const WidgetRecord& widget, const XPMouseState_t& mouse) {
+    return track.vertical ? (long long)widget.top - mouse.y : (long long)mouse.x - widget.left;
+}
+
+// A position moved by a step, stopping at the ends of the type rather than wrapping; MoveSlider keeps
+// it within the bar's range.
+long long Stepped(long long position, long long step) {
+    long long result;
+    if (__builtin_add_overflow(position, step, &result)) return step > 0 ? LLONG_MAX : LLONG_MIN;
+    return result;
 }
 
 void MoveSlider(XPWidgetID id, const Track& track, long long position) {
@@ -563,12 +572,13 @@ void MoveSlider(XPWidgetID id, const Track& track, long long position) {
     XPSendMessageToWidget(id, xpMsg_ScrollBarSliderPositionChanged, xpMode_UpChain, reinterpret_cast<intptr_t>(id), 0);
 }
 
-// The position whose thumb starts `offset` pixels past the down button.
-long long PositionAt(const Track& track, int offset) {
+// The position whose thumb starts `offset` pixels past the down button. The range may span the whole
+// of intptr_t: the scaling is done in 128 bits.
+long long PositionAt(const Track& track, long long offset) {
     if (track.Free() <= 0) return track.lo;
-    const long long span = track.hi - track.lo;
-    const long long clamped = std::clamp(offset, 0, track.Free());
-    return track.lo + (clamped * span + track.Free() / 2) / track.Free();
+    const __int128 span = (__int128)track.hi - track.lo;
+    const __int128 clamped = std::clamp<long long>(offset, 0, track.Free());
+    return (long long)(track.lo + (clamped * span + track.Free() / 2) / track.Free());
 }
 
 int ScrollBar(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t) {
@@ -593,7 +603,7 @@ int ScrollBar(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t)
                            " min=" + std::to_string(min) + " max=" + std::to_string(max) +
                            " position=" + std::to_string(position),
                        "");
-            XPDrawTrack(widget->left, widget->bottom, widget->right, widget->top, int(min), int(max), int(position),
+            XPDrawTrack(widget->left, widget->bottom, widget->right, widget->top, Cut(min), Cut(max), Cut(position),
                         slider ? xpTrack_Slider : xpTrack_ScrollBar, widget->pressedPart != kNoPart);
             return 1;
         }
@@ -612,7 +622,7 @@ int ScrollBar(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t)
             const Track track = Measure(id, *widget);
             const intptr_t position = Property(id, xpProperty_ScrollBarSliderPosition);
             const intptr_t page = std::max<intptr_t>(1, Property(id, xpProperty_ScrollBarPageAmount));
-            const int along = Along(track, *widget, *Mouse(param1));
+            const long long along = Along(track, *widget, *Mouse(param1));
             const int thumbStart = track.button + track.downPage;
             widget->pressedPart = kNoPart;
             if (Property(id, xpProperty_ScrollBarType) == xpScrollBarTypeSlider) {
@@ -622,19 +632,19 @@ int ScrollBar(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t)
                 MoveSlider(id, track, PositionAt(track, along - track.thumb / 2));
             } else if (along < track.button) {
                 widget->pressedPart = kDownButton;
-                MoveSlider(id, track, position - 1);
+                MoveSlider(id, track, Stepped(position, -1));
             } else if (along < thumbStart) {
                 widget->pressedPart = kDownPage;
-                MoveSlider(id, track, position - page);
+                MoveSlider(id, track, Stepped(position, -page));
             } else if (along < thumbStart + track.thumb) {
                 widget->pressedPart = kThumb;
-                widget->pressX = along - thumbStart;  // where the thumb is held
+                widget->pressX = int(along - thumbStart);  // where the thumb is held
             } else if (along < thumbStart + track.thumb + track.upPage) {
                 widget->pressedPart = kUpPage;
-                MoveSlider(id, track, position + page);
+                MoveSlider(id, track, Stepped(position, page));
             } else {
                 widget->pressedPart = kUpButton;
-                MoveSlider(id, track, position + 1);
+                MoveSlider(id, track, Stepped(position, 1));
             }
             return 1;
         }
@@ -651,8 +661,9 @@ int ScrollBar(XPWidgetMessage message, XPWidgetID id, intptr_t param1, intptr_t)
             if (!Enabled(id) || param1 == 0) return 0;
             const Track track = Measure(id, *widget);
             // The wheel turned up moves towards the top of a vertical bar, right on a horizontal one.
-            const int delta = Mouse(param1)->delta;
-            MoveSlider(id, track, Property(id, xpProperty_ScrollBarSliderPosition) + (track.vertical ? -delta : delta));
+            const long long delta = Mouse(param1)->delta;
+            MoveSlider(id, track,
+                       Stepped(Property(id, xpProperty_ScrollBarSliderPosition), track.vertical ? -delta : delta));
             return 1;
         }
         default:
@@ -738,7 +749,7 @@ int Progress(XPWidgetMessage message, XPWidgetID id, intptr_t, intptr_t) {
     RecordLook(*widget, "xpWidgetClass_Progress",
                "min=" + std::to_string(min) + " max=" + std::to_string(max) + " position=" + std::to_string(position),
                "");
-    XPDrawTrack(widget->left, widget->bottom, widget->right, widget->top, int(min), int(max), int(position),
+    XPDrawTrack(widget->left, widget->bottom, widget->right, widget->top, Cut(min), Cut(max), Cut(position),
                 xpTrack_Progress, 0);
     return 1;
 }

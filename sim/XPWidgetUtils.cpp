@@ -5,6 +5,8 @@
 // they do to a widget (moving it, bringing it to front, the keyboard focus) sends the usual messages.
 #include "XPWidgetUtils.h"
 
+#include <algorithm>
+#include <climits>
 #include <string>
 
 #include "XPWidgets.h"
@@ -17,6 +19,17 @@ const XPMouseState_t* Mouse(intptr_t param) { return reinterpret_cast<const XPMo
 
 bool IsMouseMessage(XPWidgetMessage message) {
     return message == xpMsg_MouseDown || message == xpMsg_MouseDrag || message == xpMsg_MouseUp;
+}
+
+// Geometry may be anything an int holds; moves are worked out in long long and each edge stops at the
+// end of the int range.
+int Saturated(long long value) { return int(std::clamp<long long>(value, INT_MIN, INT_MAX)); }
+
+void MoveBy(XPWidgetID widget, long long dx, long long dy) {
+    int left, top, right, bottom;
+    XPGetWidgetGeometry(widget, &left, &top, &right, &bottom);
+    XPSetWidgetGeometry(widget, Saturated(left + dx), Saturated(top + dy), Saturated(right + dx),
+                        Saturated(bottom + dy));
 }
 
 }  // namespace
@@ -55,9 +68,7 @@ void XPUMoveWidgetBy(XPWidgetID inWidget, int inDeltaX, int inDeltaY) {
         xpsim::ReportMisuse("XPUMoveWidgetBy", what);
         return;
     }
-    int left, top, right, bottom;
-    XPGetWidgetGeometry(inWidget, &left, &top, &right, &bottom);
-    XPSetWidgetGeometry(inWidget, left + inDeltaX, top + inDeltaY, right + inDeltaX, bottom + inDeltaY);
+    MoveBy(inWidget, inDeltaX, inDeltaY);
 }
 
 int XPUFixedLayout(XPWidgetMessage inMessage, XPWidgetID inWidget, intptr_t inParam1, intptr_t inParam2) {
@@ -92,14 +103,20 @@ int XPUDragWidget(XPWidgetMessage inMessage, XPWidgetID inWidget, intptr_t inPar
         if (mouse->x < inLeft || mouse->x > inRight || mouse->y < inBottom || mouse->y > inTop) return 0;
         // The grip: where the mouse holds the widget, from its top left.
         XPSetWidgetProperty(inWidget, xpProperty_Dragging, 1);
-        XPSetWidgetProperty(inWidget, xpProperty_DragXOff, mouse->x - left);
-        XPSetWidgetProperty(inWidget, xpProperty_DragYOff, mouse->y - top);
+        XPSetWidgetProperty(inWidget, xpProperty_DragXOff, intptr_t(mouse->x) - left);
+        XPSetWidgetProperty(inWidget, xpProperty_DragYOff, intptr_t(mouse->y) - top);
         return 1;
     }
     if (XPGetWidgetProperty(inWidget, xpProperty_Dragging, nullptr) == 0) return 0;
-    const int x = mouse->x - int(XPGetWidgetProperty(inWidget, xpProperty_DragXOff, nullptr));
-    const int y = mouse->y - int(XPGetWidgetProperty(inWidget, xpProperty_DragYOff, nullptr));
-    XPUMoveWidgetBy(inWidget, x - left, y - top);
+    // A grip lies within the int range's width of the widget's corner; one set further off is held there.
+    const auto grip = [&](XPWidgetPropertyID property) {
+        return std::clamp<long long>(XPGetWidgetProperty(inWidget, property, nullptr), -(long long)UINT_MAX,
+                                     (long long)UINT_MAX);
+    };
+    // The widget's top left goes under the grip, as near as the int range lets it.
+    const int x = Saturated(mouse->x - grip(xpProperty_DragXOff));
+    const int y = Saturated(mouse->y - grip(xpProperty_DragYOff));
+    MoveBy(inWidget, (long long)x - left, (long long)y - top);
     if (inMessage == xpMsg_MouseUp) XPSetWidgetProperty(inWidget, xpProperty_Dragging, 0);
     return 1;
 }

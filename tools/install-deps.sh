@@ -2,7 +2,7 @@
 # Installs what the build and the tests need, from Debian's packages only.
 set -euo pipefail
 packages=(build-essential cmake pkg-config python3-dev libiniparser-dev libgtest-dev libgmock-dev
-          libbenchmark-dev libgl-dev libcairo2-dev fonts-dejavu-core)
+          libbenchmark-dev libgl-dev libcairo2-dev fonts-dejavu-core mypy python3-pytest)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -34,6 +34,7 @@ class Corvelle:
 
         # The simulator's own pause command, watched after the simulator has acted on it.
         self.PauseCommand = XPLMFindCommand("sim/operation/pause_toggle")
+        # XPLMFindDataRef answers None for a name the simulator does not know.
         self.Paused = XPLMFindDataRef("sim/time/paused")
         self.PauseWatcherCB = self.PauseWatcher
         XPLMRegisterCommandHandler(self, self.PauseCommand, self.PauseWatcherCB, 0, 0)
@@ -69,6 +70,6 @@ class Corvelle:
     def PauseWatcher(self, inCommand, inPhase, inRefcon):
         # After-handlers see what the simulator did: it toggles the pause on the begin phase.
         if inPhase == xplm_CommandBegin:
-            state = "paused" if XPLMGetDatai(self.Paused) else "running"
+            state = "paused" if self.Paused is not None and XPLMGetDatai(self.Paused) else "running"
             print("CommandDemo: the pause command ran; the simulator is now %s" % state)
         return 1

@@ -63,7 +63,9 @@ class Corvelle:
             if ref == XPLM_NAV_NOT_FOUND:
                 print("FlightPlan: %s is not in the navigation data" % ident)
                 continue
-            name, frequency = [], []
+            # Output lists: each receives its value (the annotations tell a type checker what they hold).
+            name: list[str] = []
+            frequency: list[int] = []
             XPLMGetNavAidInfo(ref, None, None, None, None, frequency, None, None, name, None)
             # VOR frequencies come in units of 10 kHz, as the simulator's data files have them.
             tuned = ", %.2f MHz" % (frequency[0] / 100.0) if kind == xplm_Nav_VOR else ""
@@ -77,7 +79,9 @@ class Corvelle:
 
     def UpdateStatus(self):
         destination = XPLMGetDestinationFMSEntry()
-        kind, ident, altitude = [], [], []
+        kind: list[int] = []
+        ident: list[str] = []
+        altitude: list[int] = []
         XPLMGetFMSEntryInfo(destination, kind, ident, None, altitude, None, None)
         where = ident[0] if kind[0] != xplm_Nav_LatLon else "a lat/lon point"
         self.Status = "FMS: %d entries, to %s at %d ft" % (XPLMCountFMSEntries(), where, altitude[0])

@@ -86,7 +86,10 @@ class Corvelle:
         # box with the keys typed so far. The demo also counts its frames and reports every 40th (two
         # seconds at 20 frames per second).
         self.DrawCount += 1
-        left, top, right, bottom = [], [], [], []
+        left: list[int] = []
+        top: list[int] = []
+        right: list[int] = []
+        bottom: list[int] = []
         XPLMGetWindowGeometry(inWindowID, left, top, right, bottom)
         XPLMDrawTranslucentDarkBox(left[0], top[0], right[0], bottom[0])
         XPLMDrawString((1.0, 1.0, 1.0), left[0] + 10, top[0] - 20, "Window Demo", 0, xplmFont_Basic)

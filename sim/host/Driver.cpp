@@ -14,6 +14,7 @@
 
 #include "world/Aircraft.h"
 #include "world/Commands.h"
+#include "world/DataRefDump.h"
 #include "world/DataRefs.h"
 #include "world/Drawing.h"
 #include "world/Keys.h"
@@ -314,6 +315,14 @@ int RunSimulation(const Options& options, std::ostream& err) {
             Note(Where(events[i].line) + FormatTime(events[i].time) + " is after the end of the run; not applied");
     }
     for (const auto& name : HeldCommands()) Note(name + " is still held at the end of the run");
+    // The dump is written while the plugins still run, so that their accessors answer.
+    if (!options.dumpDataRefs.empty()) {
+        const std::string path = InRoot(options.dumpDataRefs);
+        if (WriteDataRefDump(path, error))
+            Note("datarefs written to " + path);
+        else
+            Note("--dump-datarefs: " + error);
+    }
     StopPlugins();
     ClearReloadRequest();
     Note("run complete: " + std::to_string(FrameNumber()) + " frames, " + FormatTime(SimTime()));

@@ -41,6 +41,7 @@ std::string ShortUsageText() {
     return "usage: xpsim run --root DIR [--plugin FILE.xpl]... [--sdk 1.02|2.00|2.10]\n"
            "                 [--seconds S | --frames N] [--events FILE] [--fps N]\n"
            "                 [--screen WxH] [--screenshot SECONDS:FILE.png]...\n"
+           "                 [--dump-datarefs FILE]\n"
            "       xpsim --help\n";
 }
 
@@ -63,7 +64,10 @@ std::string UsageText() {
            "  --screen WxH    the screen's size in pixels (default 1024x768)\n"
            "  --screenshot SECONDS:FILE.png\n"
            "                  writes the screen at the end of the frame at SECONDS to FILE.png\n"
-           "                  (relative to DIR; repeatable)\n";
+           "                  (relative to DIR; repeatable)\n"
+           "  --dump-datarefs FILE\n"
+           "                  writes every dataref's value after the last frame to FILE\n"
+           "                  (relative to DIR): name, type and value a line\n";
 }
 
 CommandLineResult ParseCommandLine(const std::vector<std::string>& args, Options& options, std::string& error) {
@@ -84,7 +88,8 @@ CommandLineResult ParseCommandLine(const std::vector<std::string>& args, Options
         if (option == "--help" || option == "-h") return CommandLineResult::Help;
         const bool takesValue = option == "--root" || option == "--plugin" || option == "--sdk" ||
                                 option == "--seconds" || option == "--frames" || option == "--events" ||
-                                option == "--fps" || option == "--screen" || option == "--screenshot";
+                                option == "--fps" || option == "--screen" || option == "--screenshot" ||
+                                option == "--dump-datarefs";
         if (!takesValue) {
             error = "unknown option '" + option + "'";
             return CommandLineResult::Error;
@@ -100,6 +105,12 @@ CommandLineResult ParseCommandLine(const std::vector<std::string>& args, Options
             options.plugins.push_back(value);
         } else if (option == "--events") {
             options.eventsFile = value;
+        } else if (option == "--dump-datarefs") {
+            if (value.empty()) {
+                error = "--dump-datarefs needs a file name";
+                return CommandLineResult::Error;
+            }
+            options.dumpDataRefs = value;
         } else if (option == "--sdk") {
             if (value == "1.02") options.sdkLevel = 102;
             else if (value == "2.00") options.sdkLevel = 200;

@@ -20,12 +20,15 @@ struct Options {
     int screenHeight = 768;
     // --screenshot SECONDS:FILE.png, in the order given; each is a screenshot event.
     std::vector<std::string> screenshots;
+    // --dump-datarefs FILE: every dataref's value after the last frame (relative to the root).
+    std::string dumpDataRefs;
 };
 
 enum class CommandLineResult { Run, Help, Error };
 
 // Parses `xpsim run --root DIR [--plugin FILE]... [--sdk 1.02|2.00|2.10] [--seconds S | --frames N]
-// [--events FILE] [--fps N] [--screen WxH] [--screenshot SECONDS:FILE.png]...` and `xpsim --help`. On
+// [--events FILE] [--fps N] [--screen WxH] [--screenshot SECONDS:FILE.png]... [--dump-datarefs FILE]` and
+// `xpsim --help`. On
 // Error, `error` says what is wrong.
 CommandLineResult ParseCommandLine(const std::vector<std::string>& args, Options& options, std::string& error);
 

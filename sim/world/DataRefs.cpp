@@ -397,6 +397,12 @@ bool SetDataRefFromText(const std::string& name, const std::string& value, std::
 
 int DataRefCount() { return int(registry().records.size()); }
 
+std::vector<DataRefRecord*> AllDataRefRecords() {
+    std::vector<DataRefRecord*> all;
+    for (const auto& record : registry().records) all.push_back(record.get());
+    return all;
+}
+
 // ------------------------------------------------------------------ lookup
 
 DataRefRecord* FindDataRefRecord(const std::string& name) {

@@ -116,6 +116,8 @@ void SetSimPaused(bool paused);
 // The simulator's own writable datarefs, in the order they were added, without the clock datarefs
 // xpsim drives every frame.
 std::vector<DataRefRecord*> SimWritableDataRefs();
+// Every dataref record in the order it was added, unregistered accessors included.
+std::vector<DataRefRecord*> AllDataRefRecords();
 int ForgetAccessorsOf(int plugin);
 int ForgetSharedDataOf(int plugin);
 void ResetDataRefs();

@@ -2,6 +2,7 @@
 #include "world/Scheduler.h"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <map>
 #include <memory>
@@ -109,8 +110,10 @@ void Schedule(FlightLoop& loop, float interval, bool relativeToNow, const char* 
         loop.dueTime = baseTime + double(interval);
     } else if (interval < 0.0f) {
         loop.mode = FlightLoop::Frames;
+        // At most a billion frames ahead (an infinite count included), and never past the last frame
+        // number an int holds.
         const double frames = std::min(std::round(-double(interval)), 1e9);
-        loop.dueFrame = baseFrame + std::max(1, int(frames));
+        loop.dueFrame = int(std::min<long long>((long long)baseFrame + std::max(1, int(frames)), INT_MAX));
     } else {
         loop.mode = FlightLoop::Off;
     }
@@ -120,8 +123,8 @@ bool IsDue(const FlightLoop& loop, double now, int frame) {
     switch (loop.mode) {
         case FlightLoop::Seconds:
             // A float interval is rarely exact; a due time within a microsecond-scale tolerance of
-            // the frame's time counts as reached.
-            return loop.dueTime <= now + 1e-6 * (1.0 + std::fabs(loop.dueTime));
+            // the frame's time counts as reached. An infinite interval never comes due.
+            return std::isfinite(loop.dueTime) && loop.dueTime <= now + 1e-6 * (1.0 + std::fabs(loop.dueTime));
         case FlightLoop::Frames:
             return loop.dueFrame <= frame;
         default:

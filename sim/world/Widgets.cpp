@@ -2,6 +2,7 @@
 #include "world/Widgets.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdio>
 #include <memory>
 #include <unordered_set>
@@ -388,11 +389,14 @@ bool RootIsInFront(WidgetRecord& widget) {
 }
 
 void SetWidgetGeometry(WidgetRecord& widget, int left, int top, int right, int bottom, const char* function) {
+    // Edges may lie anywhere in the int range: the change is worked out in long long and each of its
+    // fields stops at the end of the int range.
+    auto cut = [](long long value) { return int(std::clamp<long long>(value, INT_MIN, INT_MAX)); };
     XPWidgetGeometryChange_t change;
-    change.dx = left - widget.left;
-    change.dy = top - widget.top;
-    change.dwidth = (right - left) - (widget.right - widget.left);
-    change.dheight = (top - bottom) - (widget.top - widget.bottom);
+    change.dx = cut((long long)left - widget.left);
+    change.dy = cut((long long)top - widget.top);
+    change.dwidth = cut(((long long)right - left) - ((long long)widget.right - widget.left));
+    change.dheight = cut(((long long)top - bottom) - ((long long)widget.top - widget.bottom));
     if (change.dx == 0 && change.dy == 0 && change.dwidth == 0 && change.dheight == 0 && right == widget.right &&
         bottom == widget.bottom)
         return;

@@ -299,3 +299,68 @@ TEST(Spine, ThePluginExportsOnlyItsFiveEntryPoints) {
     EXPECT_EQ(names, (std::vector<std::string>{"XPluginDisable", "XPluginEnable", "XPluginReceiveMessage",
                                                "XPluginStart", "XPluginStop"}));
 }
+
+TEST(Spine, AStoppedScriptLeavesNothingAliveOrRunning) {
+    SimFolder sim;
+    sim.writeFile("Resources/plugins/Corvelle/Corvelle.ini", "[DEBUG]\nCheckCallbacks = 1\n");
+    // Registrations never taken back, through callables only the registry holds (two windows share
+    // theirs).
+    sim.writeScript("CV_Leaves.py",
+                    "from XPLMProcessing import *\nfrom XPLMDisplay import *\n"
+                    "class Keeper:\n"
+                    "    def __init__(self, name): self.name = name\n"
+                    "    def __del__(self): print('freed', self.name)\n"
+                    "    def Loop(self, *args): return 1.0\n"
+                    "    def Draw(self, *args): return 1\n"
+                    "class Corvelle:\n"
+                    "    def XPluginStart(self):\n"
+                    "        XPLMRegisterFlightLoopCallback(self, Keeper('loop').Loop, 1.0, 0)\n"
+                    "        XPLMRegisterDrawCallback(self, Keeper('draw').Draw, xplm_Phase_Window, 0, 0)\n"
+                    "        draw = Keeper('windows').Draw\n"
+                    "        for left in (0, 100):\n"
+                    "            XPLMCreateWindow(self, left, 50, left + 50, 0, 1, draw, draw, draw, 0)\n"
+                    "        return 'Leaves', 'sig.leaves', 'd'\n"
+                    "    def XPluginStop(self):\n"
+                    "        print('leaves stop')\n");
+    // Threads left running: one that ends when asked to, one blocked for good; the first also tries
+    // the SDK and prints from its own thread.
+    sim.writeScript("CV_Threads.py",
+                    "import threading, time\nfrom XPLMDataAccess import *\n"
+                    "class Corvelle:\n"
+                    "    def XPluginStart(self):\n"
+                    "        ref = XPLMFindDataRef('sim/flightmodel/position/elevation')\n"
+                    "        def work():\n"
+                    "            print('worker got', XPLMGetDatai(ref))\n"
+                    "            while True: time.sleep(0.02)\n"
+                    "        threading.Thread(target=work, name='worker').start()\n"
+                    "        threading.Thread(target=threading.Event().wait, name='blocked').start()\n"
+                    "        return 'Threads', 'sig.threads', 'd'\n");
+    sim.writeEvents("0.5 reload-plugins\n");
+    SimRun run = sim.run({"--seconds", "1", "--events", sim.root() + "/events.txt"});
+    ASSERT_EQ(run.exitCode, 0) << run.stderrText;
+    const std::string output = sim.output(), log = sim.log();
+    // Each stop frees what the script made, after its own stop.
+    const std::string firstStop = Between(output, "", "leaves stop\n");
+    const std::string secondStop = Between(output, "leaves stop\n", "leaves stop\n");
+    for (const std::string& what : {"loop", "draw", "windows"}) {
+        EXPECT_EQ(CountOf(firstStop, "freed " + what), 0u) << output;
+        EXPECT_EQ(CountOf(secondStop, "freed " + what + "\n"), 1u) << output;
+        EXPECT_EQ(CountOf(output, "freed " + what + "\n"), 2u) << output;
+    }
+    EXPECT_EQ(CountOf(output, "worker got 0\n"), 2u) << output;
+    // The records stay for the integrity check.
+    EXPECT_EQ(CountOf(log, "FlightLoopCallbackList size = 1\n"), 2u) << log;
+    EXPECT_EQ(CountOf(log, "DrawCallbackList size = 1\n"), 2u) << log;
+    // The worker's SDK call was refused and never reached the simulator.
+    EXPECT_EQ(CountOf(log, Report("XPLMDataAccess", "XPLMGetDatai",
+                                  "Not on the simulator's main thread: the SDK call was refused")),
+              2u)
+        << log;
+    EXPECT_EQ(CountOf(sim.simLog(), "main thread"), 0u) << sim.simLog();
+    // Both stops completed, naming the threads: the worker ended when asked, the blocked one not.
+    EXPECT_EQ(CountOf(log, "Thread worker still running at stop: raising SystemExit in it\n"), 2u) << log;
+    EXPECT_EQ(CountOf(log, "Thread blocked still running at stop: raising SystemExit in it\n"), 2u) << log;
+    EXPECT_EQ(CountOf(log, "Thread blocked did not end: left running\n"), 2u) << log;
+    EXPECT_EQ(CountOf(log, "Thread worker did not end"), 0u) << log;
+    EXPECT_EQ(CountOf(log, "--- LOGGING STOPPED ---"), 2u) << log;
+}

@@ -2,8 +2,9 @@
 #include <dlfcn.h>
 #include <limits.h>
 
-#include <cstring>
 #include <cctype>
+#include <cstring>
+#include <thread>
 #include <vector>
 
 #include "SimTestSupport.h"
@@ -12,6 +13,7 @@
 #include "XPLMPlanes.h"
 #include "XPLMProcessing.h"
 #include "XPLMUtilities.h"
+#include "world/Threads.h"
 
 namespace {
 
@@ -206,4 +208,22 @@ TEST(sim_Exports, EveryFunctionTheSdkHeadersDeclareIsExported) {
         }
     }
     EXPECT_GT(count, 150u);
+}
+
+// The SDK belongs to the main thread: every call from another thread is noted, up to a hundred.
+TEST_F(sim_Utilities, SdkCallsFromAnotherThreadAreNotedAsMisuse) {
+    const int before = xpsim::ForeignThreadCalls();
+    XPLMGetElapsedTime();
+    std::thread([] {
+        XPLMDebugString("from a thread\n");
+        XPLMGetElapsedTime();
+    }).join();
+    EXPECT_EQ(xpsim::ForeignThreadCalls(), before + 2);
+    const std::string log = simtest::LogText();
+    for (const char* function : {"XPLMDebugString", "XPLMGetElapsedTime"})
+        EXPECT_NE(log.find(std::string("xpsim: ") + function +
+                           ": called from a thread other than the simulator's main thread\n"),
+                  std::string::npos)
+            << log;
+    EXPECT_NE(log.find("from a thread\n"), std::string::npos);  // noted, and still done
 }

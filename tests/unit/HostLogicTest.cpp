@@ -1,6 +1,11 @@
 // Pure logic of the plugin host: file selection, line ends, paths, wrapping and the output gate.
 #include <gtest/gtest.h>
 
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -33,33 +38,61 @@ TEST(ScriptSelection, StopsAtTheSlotCount) {
     EXPECT_EQ(picked.back(), "CV_1255");
 }
 
-TEST(LineEnds, EveryConventionReadsTheSame) {
-    const std::string expected = "[DEBUG]\nCheckCallbacks = 1\nDebugCallbacks = 0\n";
-    EXPECT_EQ(CV_NormaliseLineEnds("[DEBUG]\nCheckCallbacks = 1\nDebugCallbacks = 0\n"), expected);
-    EXPECT_EQ(CV_NormaliseLineEnds("[DEBUG]\r\nCheckCallbacks = 1\r\nDebugCallbacks = 0\r\n"), expected);
-    EXPECT_EQ(CV_NormaliseLineEnds("[DEBUG]\rCheckCallbacks = 1\rDebugCallbacks = 0\r"), expected);
-    EXPECT_EQ(CV_NormaliseLineEnds("[DEBUG]\n\rCheckCallbacks = 1\n\rDebugCallbacks = 0\n\r"), expected);
-    // A last line without a line end still counts; an empty line between two line ends stays.
-    EXPECT_EQ(CV_NormaliseLineEnds("[DEBUG]\r\rCheckCallbacks = 1"), "[DEBUG]\n\nCheckCallbacks = 1\n");
-    // A physical line is at most 1024 bytes; the rest starts the next line.
-    std::string longLine(1500, 'x');
-    EXPECT_EQ(CV_NormaliseLineEnds(longLine), std::string(1024, 'x') + "\n" + std::string(476, 'x') + "\n");
+TEST(ConfigLines, EveryLineEndReadsTheSameAndLongLinesAreMarked) {
+    auto texts = [](const std::vector<CV_IniLine>& lines) {
+        std::string joined;
+        for (const CV_IniLine& line : lines) joined += (line.tooLong ? "!" : "") + line.text + "|";
+        return joined;
+    };
+    const struct {
+        std::string text, lines;
+    } cases[] = {
+        {"[DEBUG]\nA = 1\nB = 0\n", "[DEBUG]|A = 1|B = 0|"},
+        {"[DEBUG]\r\nA = 1\r\nB = 0\r\n", "[DEBUG]|A = 1|B = 0|"},
+        {"[DEBUG]\rA = 1\rB = 0\r", "[DEBUG]|A = 1|B = 0|"},
+        {"[DEBUG]\n\rA = 1\n\rB = 0\n\r", "[DEBUG]|A = 1|B = 0|"},
+        {"[DEBUG]\nA = 1\nB = 0", "[DEBUG]|A = 1|B = 0|"},
+        // Two line ends of one kind are two lines; a third byte after a pair starts the next line end.
+        {"a\r\rb\n\nc\r\n\r\nd\n\r\ne", "a||b||c||d||e|"},
+        {"", ""},
+        {std::string(1024, 'x') + "\nb", std::string(1024, 'x') + "|b|"},
+        // Past 1024 bytes the line is marked and the rest of it skipped, whatever ends it.
+        {std::string(1025, 'x') + "\r\nb", "!" + std::string(1024, 'x') + "|b|"},
+        {"a\r" + std::string(3000, 'y'), "a|!" + std::string(1024, 'y') + "|"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text.substr(0, 40));
+        EXPECT_EQ(texts(CV_ReadIniLines(c.text)), c.lines);
+    }
 }
 
 namespace {
 
-// Writes a configuration file and reads it through the plugin's reader.
-int ReadConfig(const std::string& content) {
+// Reads the configuration file at `path` through the plugin's reader, both switches set to -1
+// before; returns what it answered and what it wrote to standard error.
+std::pair<int, std::string> ReadConfigAt(const std::string& path) {
+    CV_CopyText(CV_PluginDataFile, sizeof CV_PluginDataFile, path.c_str());
+    gCV_DebugCallbacks = gCV_CheckCallbacks = -1;
+    testing::internal::CaptureStderr();
+    int found = CV_GetINIFileValues();
+    return {found, testing::internal::GetCapturedStderr()};
+}
+
+// The same for a file with the given content; "@" in `reports` stands for its path.
+void ExpectConfig(const std::string& content, int debug, int check, std::string reports = "") {
     char path[] = "/tmp/corvelle-ini-XXXXXX";
     int fd = mkstemp(path);
-    EXPECT_GE(fd, 0);
-    EXPECT_EQ(write(fd, content.data(), content.size()), static_cast<ssize_t>(content.size()));
+    ASSERT_GE(fd, 0);
+    ASSERT_EQ(write(fd, content.data(), content.size()), static_cast<ssize_t>(content.size()));
     close(fd);
-    CV_CopyText(CV_PluginDataFile, sizeof CV_PluginDataFile, path);
-    gCV_DebugCallbacks = gCV_CheckCallbacks = -1;
-    int found = CV_GetINIFileValues();
+    std::pair<int, std::string> read = ReadConfigAt(path);
     unlink(path);
-    return found;
+    for (size_t at = reports.find('@'); at != std::string::npos; at = reports.find('@', at + 1))
+        reports.replace(at, 1, path);
+    EXPECT_EQ(read.first, 1);
+    EXPECT_EQ(gCV_DebugCallbacks, debug);
+    EXPECT_EQ(gCV_CheckCallbacks, check);
+    EXPECT_EQ(read.second, reports);
 }
 
 }  // namespace
@@ -68,26 +101,100 @@ TEST(ConfigFile, KeysAreReadAlikeFromEveryLineEndAndCase) {
     for (const char* text : {"[DEBUG]\nDebugCallbacks = 1\nCheckCallbacks = 0x1\n",
                              "[DEBUG]\r\nDebugCallbacks = 1\r\nCheckCallbacks = 01\r\n",
                              "[DEBUG]\rDebugCallbacks = 1\rCheckCallbacks = 1\r",
+                             "[DEBUG]\n\rDebugCallbacks = 1\n\rCheckCallbacks = 1\n\r",
                              "[DEBUG]\nDebugCallbacks = 1\nCheckCallbacks = 1"}) {
         SCOPED_TRACE(text);
-        EXPECT_EQ(ReadConfig(text), 1);
-        EXPECT_EQ(gCV_DebugCallbacks, 1);
-        EXPECT_EQ(gCV_CheckCallbacks, 1);
+        ExpectConfig(text, 1, 1);
     }
-    EXPECT_EQ(ReadConfig("[debug]\ncheckcallbacks=2\n"), 1);
-    EXPECT_EQ(gCV_CheckCallbacks, 2);
-    EXPECT_EQ(gCV_DebugCallbacks, 0);
-    EXPECT_EQ(ReadConfig("[DEBUG]\nCheckCallbacks = abc ; a comment\nDebugCallbacks = \"1\"\n"), 1);
-    EXPECT_EQ(gCV_CheckCallbacks, 0);
-    EXPECT_EQ(gCV_DebugCallbacks, 1);
+    ExpectConfig("[debug]\ncheckcallbacks=2\n", 0, 2);
+    ExpectConfig("[DEBUG]\nCheckCallbacks = abc ; a comment\n# DebugCallbacks = 2\nDebugCallbacks = \"1\"\n", 1, 0);
+    ExpectConfig("", 0, 0);
 }
 
-TEST(ConfigFile, MissingFileKeepsTheSwitches) {
-    CV_CopyText(CV_PluginDataFile, sizeof CV_PluginDataFile, "/nonexistent/Corvelle.ini");
-    gCV_DebugCallbacks = 0;
-    gCV_CheckCallbacks = 3;
-    EXPECT_EQ(CV_GetINIFileValues(), 0);
-    EXPECT_EQ(gCV_CheckCallbacks, 3);
+TEST(ConfigFile, RefusedLinesAreReportedWhereTheyAreAndTheRestCounts) {
+    const std::string longLine(1500, 'x');
+    const struct {
+        std::string content;
+        int debug, check;
+        std::string reports;
+    } cases[] = {
+        {"[DEBUG]\nDebugCallbacks = 1\nnot a key\nCheckCallbacks = 1\n", 1, 1,
+         "iniparser: syntax error in @ (3):\n-> not a key\n"},
+        // Line numbers count the file's own line ends; iniparser prints the line without trailing blanks.
+        {"[DEBUG]\r\n\r\nnot a key \t\r\nCheckCallbacks = 1\r\n[broken\r\nDebugCallbacks = 1", 1, 1,
+         "iniparser: syntax error in @ (3):\n-> not a key\niniparser: syntax error in @ (5):\n-> [broken\n"},
+        {"[DEBUG]\r" + longLine + "\rCheckCallbacks = 1\r", 0, 1, "iniparser: input line too long in @ (2)\n"},
+        // iniparser's own line is a little shorter than the file's: it reports a 1023-byte line itself.
+        {"[DEBUG]\n" + std::string(1023, 'k') + "\nDebugCallbacks=1\n" + std::string(1022, ';') +
+             "\nCheckCallbacks=1\n",
+         1, 1, "iniparser: input line too long in @ (2)\n"},
+        // A line ending in "\" continues; the joined line is judged and reported at its last line.
+        {"[DEBUG]\nDebugCallbacks = \\\n  1\nbad \\\nstill bad\nCheckCallbacks = 1\n", 1, 1,
+         "iniparser: syntax error in @ (5):\n-> bad still bad\n"},
+        // An over-long line ends the line it continues and is not continued itself.
+        {"[DEBUG]\nCheckCallbacks = 1\\\n" + longLine + "\\\nDebugCallbacks = 1\n", 1, 0,
+         "iniparser: input line too long in @ (3)\n"},
+        // Several refusals of both kinds, reported in the file's order.
+        {"one\n" + longLine + "\n[DEBUG]\ntwo\nDebugCallbacks=1\n" + std::string(1024, 'z') + "\nthree", 1, 0,
+         "iniparser: syntax error in @ (1):\n-> one\niniparser: input line too long in @ (2)\n"
+         "iniparser: syntax error in @ (4):\n-> two\niniparser: input line too long in @ (6)\n"
+         "iniparser: syntax error in @ (7):\n-> three\n"},
+        // A refused section line leaves the keys after it in the section before.
+        {"[DEBUG]\n[other\nCheckCallbacks = 1\n", 0, 1, "iniparser: syntax error in @ (2):\n-> [other\n"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.content.substr(0, 60));
+        ExpectConfig(c.content, c.debug, c.check, c.reports);
+    }
+}
+
+TEST(ConfigFile, OnlyTheFirst64KiBOfTheFileAreRead) {
+    std::string content = "[DEBUG]\nDebugCallbacks = 1\n";
+    const std::string filler = "; " + std::string(97, '-') + "\n";
+    const std::string last = "CheckCallbacks = 1";
+    while (content.size() + filler.size() + last.size() < kCV_IniFileBytes) content += filler;
+    content += std::string(kCV_IniFileBytes - content.size() - last.size(), ' ');
+    // The bound falls between the "1" and the "2": the last line read has no line end.
+    ExpectConfig(content + "CheckCallbacks = 12\nDebugCallbacks = 0\n", 1, 1);
+}
+
+namespace {
+
+// Reads the configuration file in a child process, so that a reader that waits, or reads for ever,
+// fails the test instead of hanging it. Answers 0 for "not found, switches untouched", -1 when the
+// child had to be stopped after 10 seconds, and something else for any other outcome.
+int ReadInChild(const std::string& path) {
+    const pid_t child = fork();
+    if (child == 0) {
+        CV_CopyText(CV_PluginDataFile, sizeof CV_PluginDataFile, path.c_str());
+        gCV_CheckCallbacks = 3;
+        const int found = CV_GetINIFileValues();
+        _exit(found == 0 && gCV_CheckCallbacks == 3 ? 0 : 1 + found);
+    }
+    for (int waited = 0; child > 0 && waited < 1000; ++waited) {
+        int status = 0;
+        if (waitpid(child, &status, WNOHANG) == child) return WIFEXITED(status) ? WEXITSTATUS(status) : -2;
+        usleep(10000);
+    }
+    if (child > 0) {
+        kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+    }
+    return -1;
+}
+
+}  // namespace
+
+TEST(ConfigFile, AnythingButARegularFileIsNotFoundAndNeverWaitedFor) {
+    char folder[] = "/tmp/corvelle-ini-dir-XXXXXX";
+    ASSERT_NE(mkdtemp(folder), nullptr);
+    const std::string fifo = std::string(folder) + "/Corvelle.ini";
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    for (const std::string& path :
+         {fifo, std::string("/dev/zero"), std::string(folder), std::string("/nonexistent/x")})
+        EXPECT_EQ(ReadInChild(path), 0) << path;
+    unlink(fifo.c_str());
+    rmdir(folder);
 }
 
 TEST(Paths, ColonPathsBecomePosixOthersStay) {
