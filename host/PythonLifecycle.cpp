@@ -7,6 +7,7 @@
 
 #include "BindingModules.h"
 #include "BrindleVCUtilities.h"
+#include "CallbackDispatch.h"
 #include "CallbackRegistry.h"
 #include "LogFiles.h"
 #include "Paths.h"
@@ -178,6 +179,8 @@ void StopPython(int disableScripts) {
     for (int i = 0; i < size; ++i) Py_XDECREF(CVTestTable->GetScriptId(i));
     // Registrations the scripts left behind keep their records, but not the scripts' objects.
     CV_DropInterpreterReferences();
+    // Nor does dispatch keep the ints and floats it reuses.
+    CV_ReleaseDispatchObjects();
 
     PyRun_SimpleString("import sys\nsys.stdout = sys.__stdout__\nsys.stderr = sys.__stderr__\n");
 

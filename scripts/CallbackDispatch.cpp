@@ -62,51 +62,96 @@ void CannotFind(const char* line) {
 
 // ---- the script's arguments, each a new reference (null with the error set when it cannot be made)
 
-// Small ints (phases, flags, counts, refcons, coordinates) come from a table of the interpreter's own
-// shared ones, filled once per interpreter, without a call into it.
-PyObject* Int(long value) {
-    constexpr long kLeast = -5, kMost = 1024;
-    static PyObject* shared[kMost - kLeast + 1] = {};
-    static unsigned generation = 0;
-    if (value < kLeast || value > kMost) return PyLong_FromLong(value);
-    if (generation != CV_InterpreterGeneration) {
-        // The ints of an earlier interpreter went with it.
-        std::fill(std::begin(shared), std::end(shared), nullptr);
-        generation = CV_InterpreterGeneration;
+// A float argument of a kind that runs every frame for every script (the flight loops' times). The
+// object comes back here after the call when the script kept no reference to it, and the next call
+// writes its value into it instead of making a new one: the object is the plugin's alone then, so
+// no script can see it change. One spare object at most.
+class FloatArgument {
+public:
+    PyObject* Make(double value) {
+        PyObject* spare = spare_;
+        spare_ = nullptr;
+        if (spare == nullptr) return PyFloat_FromDouble(value);
+        reinterpret_cast<PyFloatObject*>(spare)->ob_fval = value;
+        return spare;
     }
-    PyObject*& object = shared[value - kLeast];
+    // Takes back a reference that Make gave.
+    void TakeBack(PyObject* object) {
+        if (object != nullptr && spare_ == nullptr && Py_REFCNT(object) == 1 && PyFloat_CheckExact(object))
+            spare_ = object;
+        else
+            Py_XDECREF(object);
+    }
+    void Release() { Py_CLEAR(spare_); }
+    void Forget() { spare_ = nullptr; }
+
+private:
+    PyObject* spare_ = nullptr;
+};
+
+// What dispatch keeps for the running interpreter, so that the arguments of per-frame callbacks are
+// not made anew each time: the interpreter's small ints, the ints of the handles callbacks pass
+// (the windows, widgets and commands are few and come again and again; an int never changes, so a
+// shared one is as good as a new one) and the flight loops' spare floats. Released when the scripts
+// stop (CV_ReleaseDispatchObjects); what a later interpreter finds of an earlier one is forgotten
+// unreleased, since that interpreter is gone.
+struct Kept {
+    static constexpr long kLeastInt = -5, kMostInt = 256;  // the interpreter's own shared ints
+    struct Made {
+        const void* handle;
+        PyObject* object;
+    };
+    PyObject* ints[kMostInt - kLeastInt + 1] = {};
+    Made handles[64] = {};
+    FloatArgument sinceLastCall, sinceLastLoop;
+    unsigned generation = 0;
+
+    // The table of the running interpreter.
+    Kept& Current() {
+        if (generation != CV_InterpreterGeneration) {
+            std::fill(std::begin(ints), std::end(ints), nullptr);
+            std::fill(std::begin(handles), std::end(handles), Made{nullptr, nullptr});
+            sinceLastCall.Forget();
+            sinceLastLoop.Forget();
+            generation = CV_InterpreterGeneration;
+        }
+        return *this;
+    }
+    void Release() {
+        if (generation != CV_InterpreterGeneration || !Py_IsInitialized()) return;
+        for (PyObject*& object : ints) Py_CLEAR(object);
+        for (Made& made : handles) {
+            Py_CLEAR(made.object);
+            made.handle = nullptr;
+        }
+        sinceLastCall.Release();
+        sinceLastLoop.Release();
+    }
+};
+Kept gKept;
+
+PyObject* Int(long value) {
+    if (value < Kept::kLeastInt || value > Kept::kMostInt) return PyLong_FromLong(value);
+    PyObject*& object = gKept.Current().ints[value - Kept::kLeastInt];
     if (object == nullptr) object = PyLong_FromLong(value);  // the table keeps this reference
     Py_XINCREF(object);
     return object;
 }
 PyObject* Float(double value) { return PyFloat_FromDouble(value); }
-// An SDK handle in full, so that it equals what the SDK function that made it gave the script. The
-// windows, widgets and commands that per-frame callbacks pass are few and come again and again, so
-// the ints made for them are kept (a small table by handle, forgotten when the interpreter stops)
-// and shared: an int never changes, so a shared one is as good as a new one.
+// An SDK handle in full, so that it equals what the SDK function that made it gave the script.
 PyObject* Handle(const void* handle) {
-    struct Made {
-        const void* handle;
-        PyObject* object;
-    };
     // Small values (a widget message's parameters are mostly 0) are small ints.
-    if (reinterpret_cast<uintptr_t>(handle) <= 1024) return Int(static_cast<long>(reinterpret_cast<uintptr_t>(handle)));
-    static Made made[64];
-    static unsigned generation = 0;
-    if (generation != CV_InterpreterGeneration) {
-        // The ints of an earlier interpreter went with it.
-        for (Made& m : made) m = Made{nullptr, nullptr};
-        generation = CV_InterpreterGeneration;
-    }
-    Made& m = made[(reinterpret_cast<uintptr_t>(handle) * 0x9E3779B97F4A7C15u) >> 58];
-    if (m.object == nullptr || m.handle != handle) {
+    if (reinterpret_cast<uintptr_t>(handle) <= static_cast<uintptr_t>(Kept::kMostInt))
+        return Int(static_cast<long>(reinterpret_cast<uintptr_t>(handle)));
+    Kept::Made& made = gKept.Current().handles[(reinterpret_cast<uintptr_t>(handle) * 0x9E3779B97F4A7C15u) >> 58];
+    if (made.object == nullptr || made.handle != handle) {
         PyObject* object = PyLong_FromVoidPtr(const_cast<void*>(handle));
         if (object == nullptr) return nullptr;
-        Py_XDECREF(m.object);
-        m = Made{handle, object};
+        Py_XDECREF(made.object);
+        made = Kept::Made{handle, object};
     }
-    Py_INCREF(m.object);
-    return m.object;
+    Py_INCREF(made.object);
+    return made.object;
 }
 // The script's refcon as it goes back to the script.
 PyObject* RefconObject(void* refcon) { return Int(static_cast<long>(reinterpret_cast<intptr_t>(refcon))); }
@@ -115,34 +160,6 @@ PyObject* TextObject(const char* text) {
     if (text == nullptr) Py_RETURN_NONE;
     return PyUnicode_DecodeUTF8(text, static_cast<Py_ssize_t>(strlen(text)), "replace");
 }
-
-// A float argument of a kind that runs every frame for every script (the flight loops' times). The
-// object comes back here after the call when the script kept no reference to it, and the next call
-// writes its value into it instead of making a new one: the object is the plugin's alone then, so
-// no script can see it change. One spare object at most, forgotten when the interpreter stops.
-class FloatArgument {
-public:
-    PyObject* Make(double value) {
-        PyObject* spare = spare_;
-        spare_ = nullptr;
-        if (spare == nullptr || generation_ != CV_InterpreterGeneration) return PyFloat_FromDouble(value);
-        reinterpret_cast<PyFloatObject*>(spare)->ob_fval = value;
-        return spare;
-    }
-    // Takes back a reference that Make gave.
-    void TakeBack(PyObject* object) {
-        if (object != nullptr && spare_ == nullptr && Py_REFCNT(object) == 1 && PyFloat_CheckExact(object)) {
-            spare_ = object;
-            generation_ = CV_InterpreterGeneration;
-        } else {
-            Py_XDECREF(object);
-        }
-    }
-
-private:
-    PyObject* spare_ = nullptr;
-    unsigned generation_ = 0;
-};
 
 // Calls the script with the arguments, which are released here. The call is a vectorcall that leaves
 // the slot before the arguments free, so a bound method is called without copying them. The callable
@@ -367,14 +384,14 @@ float CallUserFlightLoopCallback(float inElapsedSinceLastCall, float inElapsedTi
         case Reach::NoCallable: CannotFind("Cannot find method FlightLoopCallback\n"); return 1.0f;
         case Reach::Call: break;
     }
-    static FloatArgument sinceLastCall, sinceLastLoop;
-    PyObject* since = sinceLastCall.Make(inElapsedSinceLastCall);
-    PyObject* sinceLoop = sinceLastLoop.Make(inElapsedTimeSinceLastFlightLoop);
+    Kept& kept = gKept.Current();
+    PyObject* since = kept.sinceLastCall.Make(inElapsedSinceLastCall);
+    PyObject* sinceLoop = kept.sinceLastLoop.Make(inElapsedTimeSinceLastFlightLoop);
     Py_XINCREF(since);  // kept past the call, to be used again
     Py_XINCREF(sinceLoop);
     PyObject* result = CallScript(t.callable, since, sinceLoop, Int(inCounter), RefconObject(t.refcon));
-    sinceLastCall.TakeBack(since);
-    sinceLastLoop.TakeBack(sinceLoop);
+    kept.sinceLastCall.TakeBack(since);
+    kept.sinceLastLoop.TakeBack(sinceLoop);
     if (result == nullptr) {
         CV_PrintPythonError();
         return 1.0f;
@@ -722,6 +739,8 @@ int CallUserSetDatab_Callback(void* inRefcon, void* inValue, int inOffset, int i
     return CallArraySetter(entry, static_cast<const char*>(inValue), inOffset, inLength,
                            "Cannot find method UserSetDatab_Callback\n", ByteItem);
 }
+
+void CV_ReleaseDispatchObjects() { gKept.Release(); }
 
 // ---------------------------------------------------------------- trampolines
 

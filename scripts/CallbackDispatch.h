@@ -102,3 +102,7 @@ int CallUserSetDatab_Callback(void* inRefcon, void* inValue, int inOffset, int i
 
 // Passes one SDK error message to every error callback that scripts registered, in order.
 void CV_DispatchErrorCallbacks(const char* message);
+
+// Lets go of the Python objects dispatch keeps for reuse (shared ints, the ints of handles, spare
+// floats). Call when the scripts have stopped, before the interpreter is finalised.
+void CV_ReleaseDispatchObjects();
