@@ -108,14 +108,15 @@ struct Kept {
 
     // The table of the running interpreter.
     Kept& Current() {
-        if (generation != CV_InterpreterGeneration) {
-            std::fill(std::begin(ints), std::end(ints), nullptr);
-            std::fill(std::begin(handles), std::end(handles), Made{nullptr, nullptr});
-            sinceLastCall.Forget();
-            sinceLastLoop.Forget();
-            generation = CV_InterpreterGeneration;
-        }
+        if (__builtin_expect(generation != CV_InterpreterGeneration, 0)) Renew();
         return *this;
+    }
+    __attribute__((noinline)) void Renew() {
+        std::fill(std::begin(ints), std::end(ints), nullptr);
+        std::fill(std::begin(handles), std::end(handles), Made{nullptr, nullptr});
+        sinceLastCall.Forget();
+        sinceLastLoop.Forget();
+        generation = CV_InterpreterGeneration;
     }
     void Release() {
         if (generation != CV_InterpreterGeneration || !Py_IsInitialized()) return;
