@@ -177,6 +177,7 @@ void StopPython(int disableScripts) {
     // (by identity only) for the callback check below; the ids are no longer handed to scripts.
     CVTestTable->SetScriptsReleased(1);
     for (int i = 0; i < size; ++i) Py_XDECREF(CVTestTable->GetScriptId(i));
+    CV_ReleaseScriptModules();
     // Registrations the scripts left behind keep their records, but not the scripts' objects.
     CV_DropInterpreterReferences();
     // Nor does dispatch keep the ints and floats it reuses.

@@ -2,6 +2,7 @@
 #include "ScriptLoader.h"
 
 #include <cstring>
+#include <vector>
 
 #include "LogFiles.h"
 #include "PanelState.h"
@@ -76,6 +77,11 @@ int GetScriptFiles(const char* folderPath) {
     return static_cast<int>(picked.size());
 }
 
+namespace {
+// The modules of the running scripts, released at the stop.
+std::vector<PyObject*> gScriptModules;
+}  // namespace
+
 int LoadScript(const char* moduleName, TypeOfScript type) {
     PyObject* nameObject = PyUnicode_DecodeUTF8(moduleName, strlen(moduleName), "replace");
     if (nameObject == nullptr) {
@@ -101,16 +107,24 @@ int LoadScript(const char* moduleName, TypeOfScript type) {
     PyObject* args = PyTuple_New(0);
     PyObject* instance = args ? PyObject_Call(scriptClass, args, nullptr) : nullptr;
     Py_XDECREF(args);
+    Py_DECREF(scriptClass);  // the instance keeps its class
     if (instance != nullptr) {
-        // The table owns the instance reference; the module and class stay referenced as well,
-        // which keeps the script's module alive for the whole run.
+        // The table owns the instance reference; the module stays referenced until the stop, so
+        // that a script taking itself out of sys.modules still has its globals.
         CVTestTable->AddScriptId(instance, moduleName, type);
+        gScriptModules.push_back(module);
         return 1;
     }
     Py_DECREF(module);
     CV_PrintPythonError();
     CV_WriteToLog("Corvelle Call failed\n");
     return 0;
+}
+
+void CV_ReleaseScriptModules() {
+    std::vector<PyObject*> modules;
+    modules.swap(gScriptModules);
+    for (PyObject* module : modules) Py_DECREF(module);
 }
 
 void WriteScriptInfo(PyObject* scriptId) {

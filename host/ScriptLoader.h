@@ -21,6 +21,8 @@ std::vector<std::string> CV_SelectScriptFiles(const std::vector<std::string>& li
 int GetScriptFiles(const char* folderPath);
 // Imports the module, creates its Corvelle instance and enters it in the script table.
 int LoadScript(const char* moduleName, TypeOfScript type);
+// Lets go of the running scripts' modules, at the stop once the scripts are stopped.
+void CV_ReleaseScriptModules();
 // Logs which script the next error line is about.
 void WriteScriptInfo(PyObject* scriptId);
 // Marks the missing-scripts-folder state for the control panel.

@@ -548,7 +548,7 @@ size_t CV_RetiredCount() { return gRetiredRecords.size() + gRetiredBlocks.size()
 
 namespace {
 int BlockSlots(const CV_BlockVector* list) {
-    return list == &DrawWindowMemoryPointerList ? CV_WindowBlockSlots : CV_AccessorBlockSlots;
+    return list == &DrawWindowMemoryPointerList ? int{CV_WindowBlockSlots} : int{CV_AccessorBlockSlots};
 }
 }  // namespace
 

@@ -2,9 +2,10 @@
 """Reloads the soak script many times in xpsim and reports the process's resident memory.
 
     soak.py --xpsim XPSIM --plugin Corvelle.xpl --datarefs DataRefs.txt [--reloads 100]
-            [--max-growth-mb MB]
+            [--scripts 3] [--max-growth-mb MB]
 
-Each reload is the control panel's Reload Scripts button. The script prints the resident memory at
+Each reload is the control panel's Reload Scripts button, with that many copies of the script.
+Each copy prints the resident memory at
 each of its starts; the run prints it at reloads 1, 10, 50 and the last. With --max-growth-mb it
 fails when memory at the last reload exceeds memory at reload 10 by more than that.
 """
@@ -27,6 +28,7 @@ def main():
     parser.add_argument('--plugin', required=True)
     parser.add_argument('--datarefs', required=True)
     parser.add_argument('--reloads', type=int, default=100)
+    parser.add_argument('--scripts', type=int, default=3)
     parser.add_argument('--max-growth-mb', type=float)
     args = parser.parse_args()
     if args.reloads < 10:
@@ -37,7 +39,8 @@ def main():
         scripts = os.path.join(root, 'Resources', 'plugins', 'PythonScripts')
         os.makedirs(scripts)
         shutil.copy(args.datarefs, os.path.join(root, 'Resources', 'plugins', 'DataRefs.txt'))
-        shutil.copy(os.path.join(HERE, 'CV_Soak.py'), scripts)
+        for n in range(args.scripts):
+            shutil.copy(os.path.join(HERE, 'CV_Soak.py'), os.path.join(scripts, f'CV_Soak{n + 1}.py'))
         # One reload every second frame, after the panel is open.
         events = [f'0.1 {OPEN_PANEL}'] + [f'{0.2 + i * 2 / FPS:.2f} {RELOAD_SCRIPTS}' for i in range(args.reloads)]
         with open(os.path.join(root, 'events.txt'), 'w') as f:
@@ -51,6 +54,8 @@ def main():
             return 1
         with open(os.path.join(scripts, 'CorvelleOutput.txt'), errors='replace') as f:
             rss = [int(line.split()[2]) for line in f if line.startswith('soak rss ')]
+        # Every script prints at every start; the last of a start is the one that counts.
+        rss = rss[args.scripts - 1::args.scripts]
         # The first start is the plugin's own; reload n is start n.
         if len(rss) != args.reloads + 1:
             print(f'soak: {len(rss) - 1} reloads seen instead of {args.reloads}')
