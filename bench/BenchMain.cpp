@@ -138,5 +138,6 @@ int main(int argc, char** argv) {
                 printf("%3d scripts: %6.1f ms\n", scripts, seconds * 1000);
         }
     }
+    RemoveBenchFolder();
     return 0;
 }

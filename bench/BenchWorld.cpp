@@ -15,6 +15,7 @@
 namespace {
 
 PyObject* gMain = nullptr;
+std::string gRoot;
 
 // The baseline of the binding rows: a builtin that takes whatever it is given and answers 1, so that
 // it costs what the interpreter itself spends on the same call with the same arguments.
@@ -75,6 +76,7 @@ void SetUpBenchWorld() {
     char dir[] = "/tmp/corvelle-bench-XXXXXX";
     if (mkdtemp(dir) == nullptr) Fail("no temporary folder");
     const std::string root = dir;
+    gRoot = root;
     std::string error;
     if (!xpsim::PrepareRoot(root, error) || !xpsim::SetSdkLevel(210) || !xpsim::InstallLibraryLink(error)) Fail(error);
     std::filesystem::copy_file(std::string(TEST_DATA_DIR) + "/DataRefs.txt", root + "/Resources/plugins/DataRefs.txt");
@@ -90,6 +92,11 @@ void SetUpBenchWorld() {
     if (receive == nullptr || PyObject_SetAttrString(gMain, "receive", receive) != 0) Fail("no baseline function");
     Py_DECREF(receive);
     RunPython(kBenchScript);
+}
+
+void RemoveBenchFolder() {
+    std::error_code ignored;
+    if (!gRoot.empty()) std::filesystem::remove_all(gRoot, ignored);
 }
 
 PyObject* BenchObject(const char* name) {

@@ -11,6 +11,8 @@
 // Prepares a simulator folder, starts the interpreter with the plugin's modules and runs the bench
 // script (BenchWorld.cpp). Once, before any benchmark.
 void SetUpBenchWorld();
+// Removes the simulator folder the world was made in; at the end of the run.
+void RemoveBenchFolder();
 
 // An object of the bench script's main module (a new reference); aborts when it is missing.
 PyObject* BenchObject(const char* name);
