@@ -149,6 +149,12 @@ bool CV_PointerWord(PyObject* object, void** word);
 // handle (XPLMDataRef, XPLMWindowID, void* refcon ...).
 int CV_PointerArg(PyObject* object, void* address);
 
+// A script's sequence as a tuple of its items, for reading item by item: converting an item may run
+// script code (__float__, __index__) that changes a list while it is read, but the tuple keeps the
+// items it was made with. A tuple is used as it is; anything else that is not a sequence raises
+// TypeError `message`. A new reference, or null with the Python error set.
+PyObject* CV_SequenceItems(PyObject* sequence, const char* message);
+
 // Per-frame bindings take their arguments as METH_FASTCALL vectors and convert them directly, with
 // the texts PyArg_ParseTuple gives for the same mistakes: "function takes exactly 2 arguments (1
 // given)", the int range errors of "i", the conversion errors of "f" and "d". False with the
