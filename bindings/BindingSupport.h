@@ -6,6 +6,7 @@
 
 #include <Python.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <type_traits>
@@ -108,6 +109,8 @@ bool CV_Unregister(const char* module, const char* function, CV_CallbackVector* 
 // (background loads) keep one record per script, bound method and refcon. With a bound method and no
 // such record, a record is added and `call(entry)` (the SDK call) runs inside the guard; a throw
 // takes the record out again and gives false. Anything else registers nothing and gives true.
+// The simulator calls back with the record during the call, and a callback may take its own
+// registration back: the record is held for the length of the call, so it is freed only after it.
 template <typename Call>
 bool CV_RegisterOnce(const char* module, const char* function, CV_CallbackVector* list, PyObject* scriptId,
                      PyObject* callable, void* refcon, Call&& call) {
@@ -115,9 +118,11 @@ bool CV_RegisterOnce(const char* module, const char* function, CV_CallbackVector
     CVTestTable->FindCallback(*list, scriptId, callable, refcon, &found, &index);
     if (!Py_IS_TYPE(callable, &PyMethod_Type) || found) return true;
     _CallbackList* entry = CVTestTable->AddCallback(list, scriptId, nullptr, callable, refcon);
-    if (CV_Guarded(module, function, [&] { call(entry); })) return true;
-    CVTestTable->DeleteCallback(list, entry, -1);
-    return false;
+    CV_Hold(list, &entry, entry);  // keyed by this call, apart from what `call` holds itself
+    const bool called = CV_Guarded(module, function, [&] { call(entry); });
+    if (!called && std::find(list->begin(), list->end(), entry) != list->end()) CV_RetireRecord(list, entry, -1);
+    CV_Release(list, &entry);
+    return called;
 }
 // Their removal: for a bound method, the record of the script, method and refcon is retired, or
 // the refcon report goes out under `module`.
