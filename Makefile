@@ -2,15 +2,19 @@
 # make test   build with AddressSanitizer and UndefinedBehaviorSanitizer, then run every test
 # make bench  build optimised benchmarks and run them
 # make plugin build an optimised Corvelle.xpl for a real simulator (build-release/plugins/...)
+# make fuzz   build the sanitizer build's xpsim and plugin, then call every binding with hostile
+#             arguments (tests/fuzz): make fuzz SEED=7 CALLS=1000, make fuzz SEED=7 ONLY=123 (one call)
 
 BUILD       ?= build
 JOBS        ?= $(shell nproc)
 DEMO_ROOT   ?= demo-root
 DEMO_SECONDS ?= 5
+SEED        ?= 1
+CALLS       ?= 300000
 export ASAN_OPTIONS ?= detect_leaks=0:abort_on_error=0:halt_on_error=1
 export UBSAN_OPTIONS ?= print_stacktrace=1:halt_on_error=1
 
-.PHONY: setup build test demo bench plugin clean
+.PHONY: setup build test demo bench plugin fuzz clean
 
 setup:
 	@tools/install-deps.sh
@@ -44,6 +48,12 @@ bench: setup
 plugin: setup
 	cmake -S . -B build-release -DCMAKE_BUILD_TYPE=Release -DCORVELLE_SANITIZE=OFF -DCORVELLE_TESTS=OFF
 	cmake --build build-release -j $(JOBS) --target Corvelle
+
+fuzz: setup
+	cmake -S . -B $(BUILD) -DCORVELLE_SANITIZE=ON -DCORVELLE_TESTS=ON
+	cmake --build $(BUILD) -j $(JOBS) --target xpsim Corvelle
+	python3 tests/fuzz/run_fuzz.py --xpsim $(BUILD)/sim/xpsim --plugin $(BUILD)/plugins/Corvelle/lin_x64/Corvelle.xpl \
+	    --seed $(SEED) --calls $(CALLS) $(if $(ONLY),--only $(ONLY))
 
 clean:
 	rm -rf $(BUILD) build-bench build-release $(DEMO_ROOT)
