@@ -53,7 +53,7 @@ fuzz: setup
 	cmake -S . -B $(BUILD) -DCORVELLE_SANITIZE=ON -DCORVELLE_TESTS=ON
 	cmake --build $(BUILD) -j $(JOBS) --target xpsim Corvelle
 	python3 tests/fuzz/run_fuzz.py --xpsim $(BUILD)/sim/xpsim --plugin $(BUILD)/plugins/Corvelle/lin_x64/Corvelle.xpl \
-	    --seed $(SEED) --calls $(CALLS) $(if $(ONLY),--only $(ONLY))
+	    --seed $(SEED) --calls $(CALLS) $(if $(ONLY),--only $(ONLY)) $(if $(SDK),--sdk $(SDK))
 
 clean:
 	rm -rf $(BUILD) build-bench build-release $(DEMO_ROOT)

@@ -25,11 +25,15 @@
 #
 # What the script finds itself is written as a "FUZZ-FAIL" line to standard error (the plugin's
 # log) and to the trace: a binding that raises SystemError (it returned a value with an error set,
-# or failed without one), an exception type no binding should raise, and a call that changed the
-# reference count of one of its arguments (a leaked or an over-released reference).
+# or failed without one), an exception type no binding should raise, a call that changed the
+# reference count of one of its arguments (a leaked or an over-released reference), and memory that
+# keeps growing when one call is repeated (a leak probe: every LEAK_EVERY-th call repeats a call of
+# a function that registers and creates nothing, with its callbacks quiet, and measures what Python
+# holds after it).
 #
 # It starts no threads and never calls os._exit or os.abort.
 
+import gc
 import math
 import os
 import reprlib
@@ -72,6 +76,12 @@ STATE = os.environ.get("CORVELLE_FUZZ_STATE", "")
 TRACE_ROTATE = 20000
 # Callbacks enter the SDK again only this deep.
 MAX_DEPTH = 3
+# Call K is a leak probe when K % LEAK_EVERY == LEAK_EVERY - 1: the same call repeated, after a
+# warm-up, in LEAK_WINDOWS windows of LEAK_WINDOW calls; memory that Python holds and that grew by
+# LEAK_BYTES or more in every window fails (the interpreter's free lists fill up in bursts and then
+# stay; a leak grows with every call).
+LEAK_EVERY = 2003
+LEAK_WARMUP, LEAK_WINDOW, LEAK_WINDOWS, LEAK_BYTES = 250, 100, 3, 1000
 
 
 class FuzzBoom(Exception):
@@ -256,7 +266,7 @@ SIGNATURES = {
 # Functions that change the whole run are called rarely: a plugin reload restarts the interpreter
 # and this script (which carries on from the next call), disabling a plugin is undone at once.
 WEIGHTS = {
-    "XPLMReloadPlugins": 0.003, "XPLMDisablePlugin": 0.05, "XPLMEnablePlugin": 0.2, "XPLMReloadScenery": 0.1,
+    "XPLMReloadPlugins": 0.001, "XPLMDisablePlugin": 0.05, "XPLMEnablePlugin": 0.2, "XPLMReloadScenery": 0.1,
     "XPLMSetUsersAircraft": 0.1, "XPLMReinitUsersPlane": 0.1, "XPLMPlaceUserAtAirport": 0.2,
     "XPLMSetAircraftModel": 0.3, "XPLMLoadDataFile": 0.2, "XPLMSaveDataFile": 0.2, "CV_SendMessageToScript": 0.5,
     "XPLMSendMessageToPlugin": 0.5, "XPLMDebugString": 0.3, "XPLMSpeakString": 0.3,
@@ -298,6 +308,8 @@ VICTIMS = []
 
 
 def remember_victim(sequence):
+    if FUZZ.quiet:  # a leak probe keeps nothing
+        return
     VICTIMS.append(sequence)
     if len(VICTIMS) > 64:
         del VICTIMS[0]
@@ -315,6 +327,8 @@ class Hostile:
 
     def _act(self):
         FUZZ.invocations += 1
+        if FUZZ.quiet:
+            return
         action = self.action
         if action == 0:
             raise FuzzBoom("conversion")
@@ -422,6 +436,15 @@ UNREGISTER = {
     "XPAddWidgetCallback": lambda a, r: ("XPDestroyWidget", (a[0], a[1], 0)),
 }
 REGISTERING = sorted(UNREGISTER)
+# What leak probes leave out: what registers, creates or destroys, and what changes the whole run.
+NOT_PROBED = set(UNREGISTER) | {
+    "XPLMCreateCommand", "XPLMCreateProbe", "XPLMLoadObject", "XPCreateWidget", "XPUCreateWidgets",
+    "XPLMDestroyWindow", "XPDestroyWidget", "XPLMDestroyMenu", "XPLMUnregisterDataAccessor", "XPLMUnregisterHotKey",
+    "XPLMDestroyFlightLoop", "XPLMDestroyProbe", "XPLMUnloadObject", "XPLMReloadPlugins", "XPLMDisablePlugin",
+    "XPLMEnablePlugin", "CV_DisableScript", "CV_EnableScript", "XPLMSetUsersAircraft", "XPLMReinitUsersPlane",
+    "XPLMPlaceUserAtAirport", "XPLMSetAircraftModel", "XPLMLoadDataFile", "XPLMSaveDataFile", "XPLMReloadScenery",
+    "XPLMAppendMenuItem", "XPLMAppendMenuSeparator", "XPLMCommandBegin", "XPLMGenerateTextureNumbers",
+}
 # The unregistrations that need no result are known before the call: a callback called during its
 # own registration (an enumerator, a widget's create message, an error) can already take it back.
 UNREGISTER_EARLY = {"XPLMRegisterFlightLoopCallback", "XPLMRegisterDrawCallback", "XPLMRegisterKeySniffer",
@@ -456,6 +479,7 @@ class Fuzz:
         self.call_number = 0  # the next call's number
         self.depth = 0
         self.invocations = 0
+        self.quiet = False  # during a leak probe: callbacks and hostile conversions do nothing
         self.outcomes = {}  # how the calls ended: "returned" or the exception's type, and how often
         self.live = {kind: [] for kind in POOL_KINDS}
         self.dead = {kind: [] for kind in POOL_KINDS}
@@ -589,6 +613,8 @@ class Fuzz:
 
     def callable(self, rng):
         r = rng.random()
+        if self.quiet:  # a leak probe makes no hooks
+            return rng.choice([None, plain_function, len])
         if r < 0.45 and self.hooks:
             return rng.choice(self.hooks).method
         if r < 0.85:
@@ -753,9 +779,9 @@ class Fuzz:
         # arguments must come back with the reference counts they had. Shared constants (one-letter
         # texts) are left out.
         kinds = SIGNATURES.get(name, "")
-        tracked = [a for position, a in enumerate(args)
-                   if isinstance(a, (list, tuple, dict, bytearray, float, str, bytes, Hostile))
-                   and (position >= len(kinds) or kinds[position] != "C") and sys.getrefcount(a) < 10**8]
+        callables = {id(a) for position, a in enumerate(args) if position < len(kinds) and kinds[position] == "C"}
+        tracked = [a for a in args if isinstance(a, (list, tuple, dict, bytearray, float, str, bytes, Hostile))
+                   and id(a) not in callables and sys.getrefcount(a) < 10**8]
         before = [sys.getrefcount(a) for a in tracked]
         self.invocations += 1
         invocations = self.invocations
@@ -774,6 +800,8 @@ class Fuzz:
             trace("SLOW seed %d %s: %s.%s took %.1f s" % (SEED, label, module_name, name, took))
         kind = type(outcome).__name__ if outcome is not None else "returned"
         self.outcomes[kind] = self.outcomes.get(kind, 0) + 1
+        if isinstance(outcome, MemoryError):  # allowed, but worth a look: which sizes did that
+            print("fuzz: seed %d %s: %s.%s raised MemoryError" % (SEED, label, module_name, name))
         if outcome is not None:
             if isinstance(outcome, SystemError) or not isinstance(outcome, EXPECTED):
                 self.failures += 1
@@ -806,7 +834,50 @@ class Fuzz:
                 hi = mid
         index = lo
         module_name, name, function = FUNCTIONS[index]
+        if number % LEAK_EVERY == LEAK_EVERY - 1:
+            self.leak_probe(number)
+            return
         self.make_call(rng, label or "call %d" % number, module_name, name, function)
+
+    def leak_probe(self, number):
+        """Repeats one call of a function that registers, creates and destroys nothing, with new
+        argument objects each round and every callback quiet, and fails when what Python holds
+        keeps growing."""
+        rng = random.Random("%d:%d:leak" % (SEED, number))
+        candidates = [f for f in FUNCTIONS if f[1] not in NOT_PROBED]
+        module_name, name, function = candidates[rng.randrange(len(candidates))]
+        seed = rng.random()
+        self.quiet = True
+        args = self.arguments(random.Random(seed), name)
+        trace("seed %d call %d: leak probe of %s.%s(%s)" % (SEED, number, module_name, name,
+                                                           ", ".join(show(a) for a in args)))
+        del args
+        try:
+            import tracemalloc
+            tracemalloc.start()
+        except (ImportError, RuntimeError):  # after a plugin reload the interpreter offers no tracing
+            self.quiet = False
+            return
+        try:
+            held = []
+            for round_number in range(LEAK_WARMUP + LEAK_WINDOWS * LEAK_WINDOW + 1):
+                if round_number >= LEAK_WARMUP and (round_number - LEAK_WARMUP) % LEAK_WINDOW == 0:
+                    gc.collect()  # hostile arguments are often cycles: what they leave is garbage
+                    held.append(tracemalloc.get_traced_memory()[0])
+                args = self.arguments(random.Random(seed), name)
+                try:
+                    function(*args)
+                except BaseException:  # its errors are the other calls' concern
+                    pass
+                del args
+        finally:
+            tracemalloc.stop()
+            self.quiet = False
+        grown = [later - earlier for earlier, later in zip(held, held[1:])]
+        if min(grown) >= LEAK_BYTES:
+            self.failures += 1
+            fail("call %d: %s.%s leaks: %s bytes more in each run of %d calls" %
+                 (number, module_name, name, ", ".join(str(g) for g in grown), LEAK_WINDOW))
 
     def make_call(self, rng, label, module_name, name, function):
         args = self.arguments(rng, name)
@@ -853,7 +924,7 @@ class Fuzz:
 
     def nested_calls(self, count, registering=False):
         """Calls made from inside a callback or a conversion: numbered like the others."""
-        if self.stopped or self.depth >= MAX_DEPTH:
+        if self.stopped or self.quiet or self.depth >= MAX_DEPTH:
             return
         for _ in range(count):
             if self.call_number >= CALLS or ONLY is not None:
@@ -872,6 +943,8 @@ class Fuzz:
 
     def hook_fired(self, hook, args):
         self.invocations += 1
+        if self.quiet:
+            return None
         rng = self.callback_rng
         r = rng.random()
         if r < 0.10:
