@@ -76,6 +76,9 @@ STATE = os.environ.get("CORVELLE_FUZZ_STATE", "")
 TRACE_ROTATE = 20000
 # Callbacks enter the SDK again only this deep.
 MAX_DEPTH = 3
+# Every so many frames the script makes its menus, a window and a custom widget again, since the
+# calls destroy them soon: the events keep picking, clicking and typing into something.
+REPLENISH_EVERY = 20
 # Call K is a leak probe when K % LEAK_EVERY == LEAK_EVERY - 1: the same call repeated, after a
 # warm-up, in LEAK_WINDOWS windows of LEAK_WINDOW calls; memory that Python holds and that grew by
 # LEAK_BYTES or more in every window fails (the interpreter's free lists fill up in bursts and then
@@ -264,8 +267,11 @@ SIGNATURES = {
 }
 
 # Functions that change the whole run are called rarely: a plugin reload restarts the interpreter
-# and this script (which carries on from the next call), disabling a plugin is undone at once.
+# and this script (which carries on from the next call), disabling a plugin is undone at once. The
+# array functions are called more often: with this script's own datarefs they run its accessors.
 WEIGHTS = {
+    "XPLMGetDatavi": 4, "XPLMGetDatavf": 4, "XPLMGetDatab": 4, "XPLMSetDatavi": 4, "XPLMSetDatavf": 4,
+    "XPLMSetDatab": 4,
     "XPLMReloadPlugins": 0.001, "XPLMDisablePlugin": 0.05, "XPLMEnablePlugin": 0.2, "XPLMReloadScenery": 0.1,
     "XPLMSetUsersAircraft": 0.1, "XPLMReinitUsersPlane": 0.1, "XPLMPlaceUserAtAirport": 0.2,
     "XPLMSetAircraftModel": 0.3, "XPLMLoadDataFile": 0.2, "XPLMSaveDataFile": 0.2, "CV_SendMessageToScript": 0.5,
@@ -390,11 +396,14 @@ class Hook:
 
     count = 0
 
-    def __init__(self):
+    def __init__(self, cooperative):
         Hook.count += 1
         self.number = Hook.count
         self.method = self.fire  # one bound method object, kept: registrations match by identity
         self.unregister = []  # (function, args) pairs that take this hook's registrations back
+        # Most of the time a cooperative hook answers as a well-behaved callback would, so that
+        # what depends on a sensible answer (filled getter lists, keys passed on) runs too.
+        self.cooperative = cooperative
 
     def __repr__(self):
         return "<hook %d>" % self.number
@@ -479,6 +488,8 @@ class Fuzz:
         self.call_number = 0  # the next call's number
         self.depth = 0
         self.invocations = 0
+        self.frames = 0
+        self.made_plugins_menu = False
         self.quiet = False  # during a leak probe: callbacks and hostile conversions do nothing
         self.outcomes = {}  # how the calls ended: "returned" or the exception's type, and how often
         self.live = {kind: [] for kind in POOL_KINDS}
@@ -522,7 +533,7 @@ class Fuzz:
         return rng.choice(FORGED)
 
     def new_hook(self):
-        hook = Hook()
+        hook = Hook(self.callback_rng.random() < 0.4)
         self.hooks.append(hook)
         if len(self.hooks) > 60:
             del self.hooks[0]
@@ -909,7 +920,9 @@ class Fuzz:
 
     def after_call(self, name, args, result):
         kind = RESULT_KIND.get(name)
-        if kind is not None and isinstance(result, int):
+        # The plugins menu holds the control panel's menu, which the run needs (Reload Scripts): it
+        # is never offered as a handle to clear or take items from.
+        if kind is not None and isinstance(result, int) and name != "XPLMFindPluginsMenu":
             self.add(kind, result)
         destroyed = DESTROYING.get(name)
         if destroyed is not None and len(args) > destroyed[1]:
@@ -947,6 +960,8 @@ class Fuzz:
             return None
         rng = self.callback_rng
         r = rng.random()
+        if hook is not None and hook.cooperative and rng.random() < 0.9:
+            r = 0.5 + 0.3 * rng.random()  # the well-behaved answer below
         if r < 0.10:
             raise FuzzBoom("hook %r" % (hook,))
         if r < 0.13:
@@ -975,6 +990,15 @@ class Fuzz:
             victim = rng.choice(VICTIMS)
             if isinstance(victim, list):
                 victim.clear()
+        elif r < 0.80:
+            # An answer a well-behaved callback would give: lists filled with values, a count of
+            # them, 1 (go on, take the click, call again in a second), so that what comes after a
+            # callback (the simulator's own handling, the next callbacks) runs too.
+            count = rng.choice([1, 3, 8])
+            for item in args:
+                if isinstance(item, list):
+                    item.extend(rng.choice([[0.5] * count, list(range(count)), ["text"]]))
+            return rng.choice([1, count, 1.0])
         return rng.choice([None, "text", 2**64, NAN, INF, -INF, -1, 0, 1, 1.5, [], True, 2**31, -2**31 - 1,
                            Hostile(rng), 1, 0, 1.0, -1.0])
 
@@ -1002,6 +1026,9 @@ class Fuzz:
             self.call(ONLY)
             trace("FUZZ DONE seed %d only %d failures %d" % (SEED, ONLY, self.failures))
             return
+        self.frames += 1
+        if self.frames % REPLENISH_EVERY == 0:
+            self.replenish()
         for _ in range(PER_FRAME):
             if self.call_number >= CALLS:
                 self.stopped = True
@@ -1017,14 +1044,50 @@ class Fuzz:
 
     # ------------------------------------------------------------------------------ the setup
 
-    def setup_call(self, name, *args):
-        """A call of the setup: traced, not numbered; its result goes into the pools."""
+    def setup_call(self, name, *args, pooled=True):
+        """A call of the setup: traced, not numbered; its result goes into the pools unless told."""
         module_name, function = FUNCTION_BY_NAME[name]
         if name in UNREGISTER_EARLY:
             self.attach_unregistration(name, list(args), None)
         result = self.invoke("setup", module_name, name, function, list(args))
-        self.after_call(name, list(args), result)
+        if pooled:
+            self.after_call(name, list(args), result)
         return result
+
+    def menus(self):
+        """This script's menus, whose paths the events pick: Plugins/Fuzz/One, Two and Three, made
+        once and kept out of the pools so that its handler is picked all through the run, and the
+        menu bar's FuzzTop/A and B, made again whenever the calls destroyed it."""
+        s, hook = self.script, self.new_hook
+        if not self.made_plugins_menu:
+            self.made_plugins_menu = True
+            plugins = self.setup_call("XPLMFindPluginsMenu")
+            item = self.setup_call("XPLMAppendMenuItem", plugins, "Fuzz", 0, 1)
+            menu = self.setup_call("XPLMCreateMenu", s, "Fuzz", plugins, item, hook().method, 11, pooled=False)
+            for index, item_name in enumerate(["One", "Two", "Three"]):
+                self.setup_call("XPLMAppendMenuItem", menu, item_name, index, 0)
+        top = self.setup_call("XPLMCreateMenu", s, "FuzzTop", 0, 0, hook().method, 12)
+        self.setup_call("XPLMAppendMenuItem", top, "A", 1, 0)
+        self.setup_call("XPLMAppendMenuItem", top, "B", 2, 0)
+        return top
+
+    def accessors(self):
+        """This script's datarefs, one of each type and one of all types, whose accessors are hooks."""
+        s, hook = self.script, self.new_hook
+        for name, data_type in [("fuzz/data/int", 1), ("fuzz/data/float", 2), ("fuzz/data/double", 4),
+                                ("fuzz/data/floats", 8), ("fuzz/data/ints", 16), ("fuzz/data/bytes", 32),
+                                ("fuzz/data/all", 63)]:
+            self.setup_call("XPLMRegisterDataAccessor", s, name, data_type, 1, *[hook().method for _ in range(12)],
+                            data_type, -data_type)
+
+    def replenish(self):
+        s, hook = self.script, self.new_hook
+        self.menus()
+        self.accessors()
+        self.setup_call("XPLMCreateWindowEx", s, [200, 600, 600, 200, 1] + [hook().method for _ in range(5)] + [8])
+        main = self.setup_call("XPCreateCustomWidget", s, 100, 700, 500, 300, 1, "again", 1, 0, hook().method)
+        self.setup_call("XPCreateWidget", 120, 650, 300, 630, 1, "field", 0, main,
+                        XPStandardWidgets.xpWidgetClass_TextField)
 
     def setup(self):
         s = self.script
@@ -1059,14 +1122,7 @@ class Fuzz:
         doomed = self.setup_call("XPCreateCustomWidget", s, 0, 100, 100, 0, 1, "doomed", 1, 0, hook().method)
         self.setup_call("XPDestroyWidget", s, doomed, 1)
         # Menus: one below the plugins menu, one of its own, one destroyed.
-        plugins = self.setup_call("XPLMFindPluginsMenu")
-        item = self.setup_call("XPLMAppendMenuItem", plugins, "Fuzz", 0, 1)
-        menu = self.setup_call("XPLMCreateMenu", s, "Fuzz", plugins, item, hook().method, 11)
-        for index, item_name in enumerate(["One", "Two", "Three"]):
-            self.setup_call("XPLMAppendMenuItem", menu, item_name, index, 0)
-        top = self.setup_call("XPLMCreateMenu", s, "FuzzTop", 0, 0, hook().method, 12)
-        self.setup_call("XPLMAppendMenuItem", top, "A", 1, 0)
-        self.setup_call("XPLMAppendMenuItem", top, "B", 2, 0)
+        top = self.menus()
         extra = self.setup_call("XPLMCreateMenu", s, "Gone", top, 1, hook().method, 13)
         self.setup_call("XPLMDestroyMenu", s, extra)
         # Datarefs: the sim's, and this script's own accessors of every type.
@@ -1074,11 +1130,7 @@ class Fuzz:
                      "sim/flightmodel/position/q", "sim/flightmodel/position/local_x",
                      "sim/cockpit/radios/com1_freq_hz"]:
             self.setup_call("XPLMFindDataRef", name)
-        for name, data_type in [("fuzz/data/int", 1), ("fuzz/data/float", 2), ("fuzz/data/double", 4),
-                                ("fuzz/data/floats", 8), ("fuzz/data/ints", 16), ("fuzz/data/bytes", 32),
-                                ("fuzz/data/all", 63)]:
-            self.setup_call("XPLMRegisterDataAccessor", s, name, data_type, 1, *[hook().method for _ in range(12)],
-                            data_type, -data_type)
+        self.accessors()
         gone = self.setup_call("XPLMRegisterDataAccessor", s, "fuzz/data/gone", 1, 1,
                                *[hook().method for _ in range(12)], 0, 0)
         self.setup_call("XPLMUnregisterDataAccessor", s, gone)

@@ -120,6 +120,10 @@ def make_root(root, script):
     shutil.copy(os.path.join(SOURCE, "tests", "data", "DataRefs.txt"), os.path.join(root, "Resources", "plugins"))
     shutil.copy(script, scripts)
     os.makedirs(os.path.join(root, "Output", "situations"), exist_ok=True)
+    # The registrations' traces and the check of what the scripts left behind at their stop run too.
+    os.makedirs(os.path.join(root, "Resources", "plugins", "Corvelle"))
+    with open(os.path.join(root, "Resources", "plugins", "Corvelle", "Corvelle.ini"), "w") as ini:
+        ini.write("[DEBUG]\nDebugCallbacks = 1\nCheckCallbacks = 1\n")
     os.makedirs(os.path.join(root, "Output", "replays"), exist_ok=True)
 
 
