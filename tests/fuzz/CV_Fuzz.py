@@ -34,6 +34,7 @@
 # It starts no threads and never calls os._exit or os.abort.
 
 import gc
+import json
 import math
 import os
 import reprlib
@@ -1005,16 +1006,18 @@ class Fuzz:
     # ------------------------------------------------------------------------------ the run
 
     def save_state(self, next_call):
+        """What the next interpreter carries on with: the next call, the failures and the outcomes."""
         if STATE:
             with open(STATE, "w") as state:
-                state.write("%d\n" % next_call)
+                json.dump({"next": next_call, "failures": self.failures, "outcomes": self.outcomes}, state)
 
     def load_state(self):
         if STATE and ONLY is None:
             try:
                 with open(STATE) as state:
-                    self.call_number = int(state.read().strip() or "0")
-            except (OSError, ValueError):
+                    saved = json.load(state)
+                self.call_number, self.failures, self.outcomes = saved["next"], saved["failures"], saved["outcomes"]
+            except (OSError, ValueError, KeyError, TypeError):
                 self.call_number = 0
 
     def frame(self):
