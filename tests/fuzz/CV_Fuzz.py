@@ -12,10 +12,12 @@
 # The driver passes the settings in the environment:
 #   CORVELLE_FUZZ_SEED       the seed (default 1)
 #   CORVELLE_FUZZ_CALLS      how many calls to make in all (default 3000)
-#   CORVELLE_FUZZ_ONLY       make only this call, after the setup (replay)
+#   CORVELLE_FUZZ_ONLY       make only this call, after the setup (replay); "K+" is call K as a
+#                            callback made it to register more ("call K+" in the trace)
 #   CORVELLE_FUZZ_PER_FRAME  calls the flight loop makes per frame (default 200)
 #   CORVELLE_FUZZ_TRACE      the trace: before each call, "seed S call K: module.function(args)"
-#   CORVELLE_FUZZ_STATE      the next call number, kept across a plugin reload
+#   CORVELLE_FUZZ_STATE      what a restarted interpreter carries on with (a plugin reload, the
+#                            control panel's Reload Scripts): the next call, failures, outcomes
 #
 # Call K's function and arguments come from a generator seeded with the seed and K alone; handle
 # arguments are taken from pools that the setup fills (live, destroyed and forged handles) and that
@@ -35,39 +37,30 @@
 
 import gc
 import json
-import math
 import os
-import reprlib
 import random
+import reprlib
 import sys
 import time
 
-import BrindleUtilities  # noqa: F401 (every module the plugin creates is fuzzed, found in sys.modules)
-import BrindleVCUtilities  # noqa: F401
+# The modules whose constants the setup uses; every module the plugin creates is found in
+# sys.modules and fuzzed (plugin_modules below).
 import PythonScriptMessaging
-import XPLMCamera  # noqa: F401
-import XPLMDataAccess
-import XPLMDefs  # noqa: F401
+import XPLMCamera
+import XPLMDefs
 import XPLMDisplay
-import XPLMGraphics  # noqa: F401
-import XPLMMenus
 import XPLMNavigation
-import XPLMPlanes  # noqa: F401
 import XPLMPlugin
 import XPLMProcessing
-import XPLMScenery
-import XPLMUtilities
-import XPStandardWidgets  # noqa: F401
-import XPUIGraphics  # noqa: F401
-import XPWidgetDefs  # noqa: F401
-import XPWidgetUtils  # noqa: F401
-import XPWidgets
+import XPStandardWidgets
 
 # ---------------------------------------------------------------------------------------- settings
 
 SEED = int(os.environ.get("CORVELLE_FUZZ_SEED", "1"))
 CALLS = int(os.environ.get("CORVELLE_FUZZ_CALLS", "3000"))
-ONLY = int(os.environ["CORVELLE_FUZZ_ONLY"]) if os.environ.get("CORVELLE_FUZZ_ONLY") else None
+_only = os.environ.get("CORVELLE_FUZZ_ONLY", "")
+ONLY = int(_only.rstrip("+")) if _only else None
+ONLY_REGISTERING = _only.endswith("+")
 PER_FRAME = int(os.environ.get("CORVELLE_FUZZ_PER_FRAME", "200"))
 TRACE = os.environ.get("CORVELLE_FUZZ_TRACE", "")
 STATE = os.environ.get("CORVELLE_FUZZ_STATE", "")
@@ -786,7 +779,7 @@ class Fuzz:
 
     def invoke(self, label, module_name, name, function, args):
         """Makes one call: traced first, then checked for SystemError, unexpected exceptions and
-        changed reference counts of its arguments. Returns (ok, result)."""
+        changed reference counts of its arguments. Returns its result (None when it raised)."""
         trace("seed %d %s: %s.%s(%s)" % (SEED, label, module_name, name, ", ".join(show(a) for a in args)))
         # Registrations hold what they are given as the callable, whatever it is; the other
         # arguments must come back with the reference counts they had. Shared constants (one-letter
@@ -833,10 +826,15 @@ class Fuzz:
             fail("%s: %s.%s changed argument reference counts %s" % (label, module_name, name, changed))
         return result
 
-    def call(self, number, label=None):
-        """Call number `number`, with the function and arguments its own generator picks."""
+    def call(self, number, registering=False):
+        """Call number `number`, with the function and arguments its own generator picks: any
+        function by its weight, or for a callback that registers more ("call K+") a registration."""
         rng = random.Random("%d:%d" % (SEED, number))
-        index = 0
+        if registering:
+            name = rng.choice(REGISTERING)
+            module_name, function = FUNCTION_BY_NAME[name]
+            self.make_call(rng, "call %d+" % number, module_name, name, function)
+            return
         target = rng.random() * _total
         lo, hi = 0, len(_cumulative) - 1
         while lo < hi:
@@ -845,12 +843,11 @@ class Fuzz:
                 lo = mid + 1
             else:
                 hi = mid
-        index = lo
-        module_name, name, function = FUNCTIONS[index]
+        module_name, name, function = FUNCTIONS[lo]
         if number % LEAK_EVERY == LEAK_EVERY - 1:
             self.leak_probe(number)
             return
-        self.make_call(rng, label or "call %d" % number, module_name, name, function)
+        self.make_call(rng, "call %d" % number, module_name, name, function)
 
     def leak_probe(self, number):
         """Repeats one call of a function that registers, creates and destroys nothing, with new
@@ -946,13 +943,7 @@ class Fuzz:
                 return
             number = self.call_number
             self.call_number += 1
-            if registering:
-                rng = random.Random("%d:%d" % (SEED, number))
-                name = rng.choice(REGISTERING)
-                module_name, function = FUNCTION_BY_NAME[name]
-                self.make_call(rng, "call %d" % number, module_name, name, function)
-            else:
-                self.call(number)
+            self.call(number, registering)
 
     # ------------------------------------------------------------------------------ callbacks
 
@@ -1027,7 +1018,7 @@ class Fuzz:
         if ONLY is not None:
             self.stopped = True
             self.call_number = ONLY
-            self.call(ONLY)
+            self.call(ONLY, ONLY_REGISTERING)
             trace("FUZZ DONE seed %d only %d failures %d" % (SEED, ONLY, self.failures))
             return
         self.frames += 1

@@ -154,7 +154,7 @@ def python_errors(log):
 
 def last_call(trace_text):
     lines = [line for line in trace_text.splitlines() if line.startswith("seed ")]
-    calls = [line for line in lines if re.match(r"seed -?\d+ call \d+:", line)]
+    calls = [line for line in lines if re.match(r"seed -?\d+ call \d+\+?:", line)]
     return (lines[-1] if lines else None), (calls[-1] if calls else None)
 
 
@@ -164,7 +164,8 @@ def main():
     parser.add_argument("--plugin", required=True)
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--calls", type=int, default=3000)
-    parser.add_argument("--only", type=int, default=None, help="replay this call alone, after the setup")
+    parser.add_argument("--only", default=None,
+                        help="replay this call alone, after the setup (K, or K+ for a callback's registration)")
     parser.add_argument("--per-frame", type=int, default=200)
     parser.add_argument("--sdk", default="2.10", help="the SDK level xpsim offers (2.10, 2.00 or 1.02)")
     parser.add_argument("--timeout", type=float, default=None, help="seconds (default: from the call count)")
@@ -201,11 +202,13 @@ def main():
     })
     env.pop("CORVELLE_FUZZ_ONLY", None)
     if args.only is not None:
-        env["CORVELLE_FUZZ_ONLY"] = str(args.only)
+        if not re.fullmatch(r"\d+\+?", args.only):
+            parser.error("--only takes a call number, K or K+")
+        env["CORVELLE_FUZZ_ONLY"] = args.only
 
     command = [args.xpsim, "run", "--root", root, "--plugin", args.plugin, "--frames", str(frames), "--fps",
                str(FPS), "--events", events, "--sdk", args.sdk]
-    what = "seed %d, %s, SDK %s" % (args.seed, "call %d alone" % args.only if args.only is not None else
+    what = "seed %d, %s, SDK %s" % (args.seed, "call %s alone" % args.only if args.only is not None else
                                     "%d calls" % args.calls, args.sdk)
     print("fuzz: %s, %d frames, in %s" % (what, frames, root), flush=True)
     started = time.time()
@@ -260,10 +263,11 @@ def main():
     if events_applied:
         print("last event:  %s" % events_applied[-1])
     if last_numbered:
-        number = int(re.match(r"seed -?\d+ call (\d+):", last_numbered).group(1))
+        number = re.match(r"seed -?\d+ call (\d+\+?):", last_numbered).group(1)
         print("last call:   %s" % last_numbered)
-        print("replay that call alone (after the setup): make fuzz SEED=%d ONLY=%d" % (args.seed, number))
-        print("replay the whole sequence up to it:       make fuzz SEED=%d CALLS=%d" % (args.seed, number + 1))
+        print("replay that call alone (after the setup): make fuzz SEED=%d ONLY=%s" % (args.seed, number))
+        print("replay the whole sequence up to it:       make fuzz SEED=%d CALLS=%d" %
+              (args.seed, int(number.rstrip("+")) + 1))
     return 1
 
 
