@@ -5,15 +5,19 @@
 # make dist   build optimised and pack the release: dist/Corvelle-<version>-lin_x64.tar.gz
 # make api-docs  write the generated API reference into docs/api (a test compares the two)
 # make soak   reload scripts that leave everything behind 100 times and print resident memory
+# make fuzz   build the sanitizer build's xpsim and plugin, then call every binding with hostile
+#             arguments (tests/fuzz): make fuzz SEED=7 CALLS=1000, make fuzz SEED=7 ONLY=123 (one call)
 
 BUILD       ?= build
 JOBS        ?= $(shell nproc)
 DEMO_ROOT   ?= demo-root
 DEMO_SECONDS ?= 5
+SEED        ?= 1
+CALLS       ?= 300000
 export ASAN_OPTIONS ?= detect_leaks=0:abort_on_error=0:halt_on_error=1
 export UBSAN_OPTIONS ?= print_stacktrace=1:halt_on_error=1
 
-.PHONY: setup build test demo bench plugin dist api-docs soak clean
+.PHONY: setup build test demo bench plugin dist api-docs soak fuzz clean
 
 setup:
 	@tools/install-deps.sh
@@ -65,6 +69,12 @@ soak: setup
 	python3 tests/soak/soak.py --xpsim build-release/sim/xpsim \
 	    --plugin build-release/plugins/Corvelle/lin_x64/Corvelle.xpl --datarefs tests/data/DataRefs.txt \
 	    --reloads 100 --max-growth-mb 10
+
+fuzz: setup
+	cmake -S . -B $(BUILD) -DCORVELLE_SANITIZE=ON -DCORVELLE_TESTS=ON
+	cmake --build $(BUILD) -j $(JOBS) --target xpsim Corvelle
+	python3 tests/fuzz/run_fuzz.py --xpsim $(BUILD)/sim/xpsim --plugin $(BUILD)/plugins/Corvelle/lin_x64/Corvelle.xpl \
+	    --seed $(SEED) --calls $(CALLS) $(if $(ONLY),--only $(ONLY)) $(if $(SDK),--sdk $(SDK))
 
 clean:
 	rm -rf $(BUILD) build-bench build-release $(DEMO_ROOT) dist

@@ -106,6 +106,12 @@ bool CV_PointerWord(PyObject* object, void** word) {
 
 int CV_PointerArg(PyObject* object, void* address) { return CV_PointerWord(object, static_cast<void**>(address)); }
 
+PyObject* CV_SequenceItems(PyObject* sequence, const char* message) {
+    CV_PyRef items(PySequence_Fast(sequence, message));
+    if (!items || PyTuple_Check(items.get())) return items.release();
+    return PyList_AsTuple(items.get());
+}
+
 bool CV_ArgCount(Py_ssize_t given, Py_ssize_t wanted) {
     if (given == wanted) return true;
     PyErr_Format(PyExc_TypeError, "function takes exactly %zd argument%s (%zd given)", wanted, wanted == 1 ? "" : "s",

@@ -119,6 +119,8 @@ bool CV_Unregister(const char* module, const char* function, CV_CallbackVector* 
 // (background loads) keep one record per script, bound method and refcon. With a bound method and no
 // such record, a record is added and `call(entry)` (the SDK call) runs inside the guard; a throw
 // takes the record out again and gives false. Anything else registers nothing and gives true.
+// The simulator calls back with the record during the call, and a callback may take its own
+// registration back: the record is held for the length of the call, so it is freed only after it.
 template <typename Call>
 bool CV_RegisterOnce(const char* module, const char* function, CV_CallbackVector* list, PyObject* scriptId,
                      PyObject* callable, void* refcon, Call&& call) {
@@ -126,9 +128,11 @@ bool CV_RegisterOnce(const char* module, const char* function, CV_CallbackVector
     CVTestTable->FindCallback(*list, scriptId, callable, refcon, &found, &index);
     if (!Py_IS_TYPE(callable, &PyMethod_Type) || found) return true;
     _CallbackList* entry = CVTestTable->AddCallback(list, scriptId, nullptr, callable, refcon);
-    if (CV_Guarded(module, function, [&] { call(entry); })) return true;
-    CVTestTable->DeleteCallback(list, entry, -1);
-    return false;
+    CV_Hold(list, &entry, entry);  // keyed by this call, apart from what `call` holds itself
+    const bool called = CV_Guarded(module, function, [&] { call(entry); });
+    if (!called && std::find(list->begin(), list->end(), entry) != list->end()) CV_RetireRecord(list, entry, -1);
+    CV_Release(list, &entry);
+    return called;
 }
 // Their removal: for a bound method, the record of the script, method and refcon is retired, or
 // the refcon report goes out under `module`.
@@ -159,6 +163,12 @@ bool CV_PointerWord(PyObject* object, void** word);
 // The same as a PyArg_ParseTuple "O&" converter; `address` is the address of any pointer-typed
 // handle (XPLMDataRef, XPLMWindowID, void* refcon ...).
 int CV_PointerArg(PyObject* object, void* address);
+
+// A script's sequence as a tuple of its items, for reading item by item: converting an item may run
+// script code (__float__, __index__) that changes a list while it is read, but the tuple keeps the
+// items it was made with. A tuple is used as it is; anything else that is not a sequence raises
+// TypeError `message`. A new reference, or null with the Python error set.
+PyObject* CV_SequenceItems(PyObject* sequence, const char* message);
 
 // Per-frame bindings take their arguments as METH_FASTCALL vectors and convert them directly, with
 // the texts PyArg_ParseTuple gives for the same mistakes: "function takes exactly 2 arguments (1

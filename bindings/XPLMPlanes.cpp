@@ -94,7 +94,7 @@ bool AircraftArray(PyObject* list, CV_PyRef& items, std::vector<char*>& array) {
         PyErr_SetString(PyExc_TypeError, kExpected);
         return false;
     }
-    items = CV_PyRef(PySequence_Fast(list, kExpected));
+    items = CV_PyRef(CV_SequenceItems(list, kExpected));
     if (!items) return false;
     const Py_ssize_t count = PySequence_Fast_GET_SIZE(items.get());
     PyObject** item = PySequence_Fast_ITEMS(items.get());
@@ -170,7 +170,7 @@ CV_PLAIN_BINDING(kModule, XPLMDisableAIForPlane)
 // The draw state sequence: item 0 the structure size as the script gives it, then the ten floats
 // in the structure's order. False with the Python error set.
 bool DrawState(PyObject* sequence, XPLMPlaneDrawState_t& state) {
-    CV_PyRef items(PySequence_Fast(sequence, "XPLMDrawAircraft expects a draw state sequence of 11 items"));
+    CV_PyRef items(CV_SequenceItems(sequence, "XPLMDrawAircraft expects a draw state sequence of 11 items"));
     if (!items) return false;
     if (PySequence_Fast_GET_SIZE(items.get()) != kDrawStateItems) {
         PyErr_SetString(PyExc_TypeError, "XPLMDrawAircraft expects a draw state sequence of 11 items");

@@ -85,7 +85,8 @@ PyObject* PY_XPLMLoadObject(PyObject* self, PyObject* args) {
 
 // One location from a script sequence of six numbers. False with the Python error set.
 bool Location(PyObject* item, XPLMDrawInfo_t& location) {
-    CV_PyRef numbers(PySequence_Fast(item, "XPLMDrawObjects expects each location as (x, y, z, pitch, heading, roll)"));
+    CV_PyRef numbers(
+        CV_SequenceItems(item, "XPLMDrawObjects expects each location as (x, y, z, pitch, heading, roll)"));
     if (!numbers) return false;
     if (PySequence_Fast_GET_SIZE(numbers.get()) != kLocationItems) {
         PyErr_SetString(PyExc_TypeError, "XPLMDrawObjects expects each location as (x, y, z, pitch, heading, roll)");
@@ -109,7 +110,7 @@ PyObject* PY_XPLMDrawObjects(PyObject* self, PyObject* args) {
     PyObject* sequence = nullptr;
     if (!PyArg_ParseTuple(args, "O&iOii", CV_PointerArg, &object, &count, &sequence, &lighting, &earthRelative))
         return nullptr;
-    CV_PyRef items(PySequence_Fast(sequence, "XPLMDrawObjects expects a sequence of locations"));
+    CV_PyRef items(CV_SequenceItems(sequence, "XPLMDrawObjects expects a sequence of locations"));
     if (!items) return nullptr;
     const Py_ssize_t length = PySequence_Fast_GET_SIZE(items.get());
     if (length == 0 || length != count) {

@@ -2,14 +2,11 @@
 // parameter into the values of the structure it points to.
 #include <Python.h>
 
-#include <errno.h>
-#include <sys/uio.h>
-#include <unistd.h>
-
 #include <iterator>
 
 #include "BindingModules.h"
 #include "BindingSupport.h"
+#include "WidgetMessages.h"
 #include "XPWidgetDefs.h"
 
 namespace {
@@ -62,32 +59,13 @@ const CV_IntConstant XPWidgetDefsConstants[] = {
 
 const char* const kModule = "XPWidgetDefs";
 
-// Copies `size` bytes from an address the script gave into `out`, without trusting the address: the
-// kernel does the reading and answers EFAULT for memory that is not there, where a plain read would
-// end the simulator. Where the system refuses that call, a pipe does the same check.
-bool CopyFromAddress(intptr_t address, void* out, size_t size) {
-    if (address == 0) return false;
-    struct iovec local = {out, size};
-    struct iovec remote = {reinterpret_cast<void*>(address), size};
-    const ssize_t copied = process_vm_readv(getpid(), &local, 1, &remote, 1, 0);
-    if (copied == static_cast<ssize_t>(size)) return true;
-    if (copied >= 0 || (errno != ENOSYS && errno != EPERM)) return false;
-    int fds[2];
-    if (pipe(fds) != 0) return false;
-    bool ok = write(fds[1], reinterpret_cast<const void*>(address), size) == static_cast<ssize_t>(size) &&
-              read(fds[0], out, size) == static_cast<ssize_t>(size);
-    close(fds[0]);
-    close(fds[1]);
-    return ok;
-}
-
 // Reads the structure behind a message parameter; an address that can not be read is reported and
 // gives the failure value.
 template <typename T>
 bool ReadParameter(PyObject* args, const char* function, T* out) {
     long parameter = 0;
     if (!PyArg_ParseTuple(args, "l", &parameter)) return false;
-    if (CopyFromAddress(static_cast<intptr_t>(parameter), out, sizeof(T))) return true;
+    if (CV_CopyFromAddress(static_cast<intptr_t>(parameter), out, sizeof(T))) return true;
     PrintException(kModule, function, "Parameter Error");
     return false;
 }

@@ -9,6 +9,7 @@
 
 #include "BindingModules.h"
 #include "BindingSupport.h"
+#include "WidgetMessages.h"
 #include "XPWidgetUtils.h"
 #include "XPWidgets.h"
 
@@ -36,8 +37,15 @@ PyObject* PY_XPUFixedLayout(PyObject* self, PyObject* args) {
     long param1 = 0, param2 = 0;
     XPWidgetID widget = nullptr;
     if (!PyArg_ParseTuple(args, "iO&ll", &message, CV_PointerArg, &widget, &param1, &param2)) return nullptr;
+    const CV_WidgetMessageParams params(message, param1, param2);
+    if (!params.Usable()) {
+        CV_ReportUnusableMessage(kModule, "XPUFixedLayout");
+        return CV_IntResult(0);
+    }
     int handled = 0;
-    CV_SDK_GUARD(kModule, "XPUFixedLayout", CV_IntResult(0), handled = XPUFixedLayout(message, widget, param1, param2));
+    CV_SDK_GUARD(kModule, "XPUFixedLayout", CV_IntResult(0),
+                 handled = XPUFixedLayout(message, widget, params.Param1(), params.Param2()));
+    params.CopyBack();
     return CV_IntResult(handled);
 }
 
@@ -49,8 +57,15 @@ PyObject* MessageHelper(PyObject* args, const char* function) {
     XPWidgetID widget = nullptr;
     if (!PyArg_ParseTuple(args, "iO&lli", &message, CV_PointerArg, &widget, &param1, &param2, &eatClick))
         return nullptr;
+    const CV_WidgetMessageParams params(message, param1, param2);
+    if (!params.Usable()) {
+        CV_ReportUnusableMessage(kModule, function);
+        return CV_IntResult(0);
+    }
     int handled = 0;
-    CV_SDK_GUARD(kModule, function, CV_IntResult(0), handled = Sdk(message, widget, param1, param2, eatClick));
+    CV_SDK_GUARD(kModule, function, CV_IntResult(0),
+                 handled = Sdk(message, widget, params.Param1(), params.Param2(), eatClick));
+    params.CopyBack();
     return CV_IntResult(handled);
 }
 
@@ -68,10 +83,16 @@ PyObject* PY_XPUDragWidget(PyObject* self, PyObject* args) {
     long param1 = 0, param2 = 0;
     XPWidgetID widget = nullptr;
     if (!PyArg_ParseTuple(args, "iO&lli", &message, CV_PointerArg, &widget, &param1, &param2, &left)) return nullptr;
+    const CV_WidgetMessageParams params(message, param1, param2);
+    if (!params.Usable()) {
+        CV_ReportUnusableMessage(kModule, "XPUDragWidget");
+        return CV_IntResult(0);
+    }
     int handled = 0;
     CV_SDK_GUARD(kModule, "XPUDragWidget", CV_IntResult(0), int top = 0; int right = 0; int bottom = 0;
                  XPGetWidgetGeometry(widget, nullptr, &top, &right, &bottom);
-                 handled = XPUDragWidget(message, widget, param1, param2, left, top, right, bottom));
+                 handled = XPUDragWidget(message, widget, params.Param1(), params.Param2(), left, top, right, bottom));
+    params.CopyBack();
     return CV_IntResult(handled);
 }
 

@@ -25,6 +25,7 @@
 #include "CallbackDispatch.h"
 #include "CallbackRegistry.h"
 #include "Paths.h"
+#include "WidgetMessages.h"
 #include "XPWidgets.h"
 
 namespace {
@@ -197,10 +198,16 @@ PyObject* PY_XPSendMessageToWidget(PyObject* self, PyObject* args) {
     if (!PyArg_ParseTuple(args, "O&iiO&O&", CV_PointerArg, &widget, &message, &mode, CV_PointerArg, &param1,
                           CV_PointerArg, &param2))
         return nullptr;
+    const CV_WidgetMessageParams params(message, reinterpret_cast<intptr_t>(param1),
+                                        reinterpret_cast<intptr_t>(param2));
+    if (!params.Usable()) {
+        CV_ReportUnusableMessage(kModule, "XPSendMessageToWidget");
+        return CV_IntResult(0);
+    }
     int handled = 0;
     CV_SDK_GUARD(kModule, "XPSendMessageToWidget", CV_IntResult(0),
-                 handled = XPSendMessageToWidget(widget, message, mode, reinterpret_cast<intptr_t>(param1),
-                                                 reinterpret_cast<intptr_t>(param2)));
+                 handled = XPSendMessageToWidget(widget, message, mode, params.Param1(), params.Param2()));
+    params.CopyBack();
     return CV_IntResult(handled);
 }
 

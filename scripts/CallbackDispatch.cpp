@@ -17,6 +17,7 @@
 #include "CallbackRegistry.h"
 #include "LogFiles.h"
 #include "PythonErrors.h"
+#include "PythonRef.h"
 
 namespace {
 
@@ -330,10 +331,17 @@ int CallArrayGetter(const _CallbackList* entry, bool haveBuffer, int inOffset, i
 }
 
 // Items 0 .. n-1 of the list into the buffer; a list shorter than the count gives fewer items.
+// Converting an item may run the script's code (__index__, __float__), which may change the list:
+// the items are read from a copy of it.
 template <typename T, typename Convert>
 int FillFromItems(PyObject* list, int n, T* out, Convert convert) {
-    n = std::min<Py_ssize_t>(n, PyList_GET_SIZE(list));
-    for (int i = 0; i < n; ++i) out[i] = static_cast<T>(convert(PyList_GET_ITEM(list, i)));
+    CV_PyRef items(PyList_AsTuple(list));
+    if (!items) {
+        PyErr_Clear();
+        return 0;
+    }
+    n = std::min<Py_ssize_t>(n, PyTuple_GET_SIZE(items.get()));
+    for (int i = 0; i < n; ++i) out[i] = static_cast<T>(convert(PyTuple_GET_ITEM(items.get(), i)));
     return n;
 }
 
@@ -584,10 +592,13 @@ int CallUserCameraControlCallback(XPLMCameraPosition_t* outCameraPosition, int i
     ReadResult(result, &value);
 
     if (list != nullptr) {
-        const Py_ssize_t size = PyList_GET_SIZE(list);
-        // Items the script removed or made unconvertible leave their field as it was.
+        // Items the script removed or made unconvertible leave their field as it was; converting one
+        // may run the script's code, which may change the list, so a copy is read.
+        CV_PyRef items(PyList_AsTuple(list));
+        if (!items) PyErr_Clear();
+        const Py_ssize_t size = items ? PyTuple_GET_SIZE(items.get()) : 0;
         for (Py_ssize_t i = 0; i < 7 && i < size; ++i) {
-            double v = PyFloat_AsDouble(PyList_GET_ITEM(list, i));
+            double v = PyFloat_AsDouble(PyTuple_GET_ITEM(items.get(), i));
             if (v == -1.0 && PyErr_Occurred()) {
                 PyErr_Clear();
                 continue;

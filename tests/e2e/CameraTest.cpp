@@ -2,6 +2,7 @@
 // from their per-frame callbacks, give it up, and lose it to each other and to view commands.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <string>
 
 #include "SimHarness.h"
@@ -95,6 +96,31 @@ TEST(CameraTest, CallbackMovesTheCameraByAssigningListItemsEveryFrame) {
                                        "xpsim: plugin 1 gives up the camera (XPLMDontControlCamera); the sim shows "
                                        "sim/view/default_view again\n"}))
         << sim.simLog();
+}
+
+// The position is read back from the list item by item; an item whose conversion empties the list
+// leaves the other fields as the list held them when the callback returned.
+TEST(CameraTest, APositionListEmptiedWhileReadBackMovesTheCameraAsItHeld) {
+    setenv("PYTHONMALLOC", "malloc_debug", 1);  // a freed list is then the sanitizer's to see
+    SimFolder sim;
+    sim.writeScript("CV_Mover.py",
+                    TestScript("Mover", {"XPLMCamera"}, "self.camCB = self.Camera\nself.watchFrame = 3\n",
+                               kStartWatcher + "XPLMControlCamera(self, xplm_ControlCameraForever, self.camCB, 0)\n",
+                               kStopWatcher + "XPLMDontControlCamera(self)\n",
+                               "class Emptier:\n"
+                               "    def __float__(self):\n"
+                               "        self.victim.clear()\n"
+                               "        return 5.0\n"
+                               "def Camera(self, pos, losing, refcon):\n"
+                               "    emptier = self.Emptier()\n"
+                               "    emptier.victim = pos\n"
+                               "    pos[0:3] = [emptier, 7.0, 9.0]\n"
+                               "    return 1\n" +
+                                   kWatcher));
+    SimRun run = sim.run({"--frames", "4"});
+    ASSERT_EQ(run.exitCode, 0) << run.stderrText;
+    EXPECT_NE(sim.output().find("frame 3 5.00 7.00 9.00 0.00 0.00 0.00 1.00 (1, 2)\n"), std::string::npos)
+        << sim.output();
 }
 
 TEST(CameraTest, ReturningZeroGivesTheCameraBackAndTheRecordStays) {

@@ -5,6 +5,7 @@
 // freed block ends xpsim and fails the run.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <string>
 
 #include "SimHarness.h"
@@ -149,6 +150,34 @@ TEST(DataAccessor, OtherScriptsAndTheSimulatorReadAndWriteThroughTheScript) {
     ASSERT_EQ(run.exitCode, 0) << run.stderrText;
     EXPECT_EQ(sim.output(), "reader 1\nset 200 17\nreader 17\nset 200 23\nowner sees 23 1\n");
     EXPECT_EQ(CountOf(sim.log(), "Error"), 0u) << sim.log();
+}
+
+// An array getter fills a list that the plugin then converts item by item; an item whose conversion
+// empties the list leaves the reader with the items the list held when the getter returned.
+TEST(DataAccessor, AnArrayGetterWhoseListIsEmptiedWhileReadGivesTheItemsItHeld) {
+    setenv("PYTHONMALLOC", "malloc_debug", 1);  // a freed list is then the sanitizer's to see
+    SimFolder sim;
+    sim.writeScript("CV_Ints.py",
+                    Script("Ints",
+                           "        self.get = self.GetInts\n"
+                           "        self.ref = XPLMRegisterDataAccessor(self, 'test/ints', xplmType_IntArray, 0, 0, 0, "
+                           "0, 0, 0, 0, self.get, 0, 0, 0, 0, 0, 0, 0)\n",
+                           "        out = []\n"
+                           "        print('read', XPLMGetDatavi(self.ref, out, 0, 4), out)\n",
+                           "        XPLMUnregisterDataAccessor(self, self.ref)\n",
+                           "    class Emptier:\n"
+                           "        def __index__(self):\n"
+                           "            self.victim.clear()\n"
+                           "            return 7\n"
+                           "    def GetInts(self, refcon, values, offset, count):\n"
+                           "        if values is not None:\n"
+                           "            emptier = self.Emptier()\n"
+                           "            emptier.victim = values\n"
+                           "            values.extend([1, emptier, 3, 4])\n"
+                           "        return 4\n"));
+    SimRun run = sim.run({"--frames", "1"});
+    ASSERT_EQ(run.exitCode, 0) << run.stderrText;
+    EXPECT_EQ(sim.output(), "read 4 [1, 7, 3, 4]\n");
 }
 
 TEST(DataAccessor, UnregistrationFollowsTheMemoryPointerIndexRuleWithoutFreeingLiveBlocks) {

@@ -3,6 +3,7 @@
 // reports, traces and leftovers) as scripts meet them.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -30,6 +31,35 @@ def Loaded(self, object, refcon):
 def Available(self, refcon):
     print('available', refcon)
 )";
+
+// A number whose conversion empties the list it sits in, as a script's __float__ may.
+const char* const kEmptier = R"(
+class Emptier:
+    def __init__(self, victim):
+        self.victim = victim
+    def __float__(self):
+        self.victim.clear()
+        return 0.5
+)";
+
+// Bindings read a script's sequences item by item, converting each; an item that changes the list
+// meanwhile leaves the binding reading the items it was given (under the debug allocator a freed
+// list is the sanitizer's to see).
+TEST(PlanesScenery, SequencesChangedWhileReadAreReadAsGiven) {
+    setenv("PYTHONMALLOC", "malloc_debug", 1);
+    SimFolder sim;
+    const std::string out = RunLater(sim, "Emptied", kModules, std::string(kEmptier) + R"(
+state = [44, 0.5] + [0.25] * 9
+state[2] = Emptier(state)
+locations = [[1, 2, 3, 4, 5, 6], (1, 2, 3, 4, 5, 6)]
+locations[0][3] = Emptier(locations)
+location = [1, 2, 3, 4, 5, 6]
+location[4] = Emptier(location)
+print('drawn', XPLMDrawAircraft(1, 0, 0, 0, 0, 0, 0, 1, state), XPLMDrawObjects(0, 2, locations, 0, 0),
+      XPLMDrawObjects(0, 1, [location], 0, 0), len(state), len(locations), len(location))
+)");
+    EXPECT_EQ(out, "drawn 1 1 1 0 0 0\n");
+}
 
 TEST(PlanesScenery, SceneryFunctionsAreGatedOnTheSdkLevel) {
     const std::vector<std::string> sdk200 = {"XPLMCreateProbe", "XPLMDestroyProbe", "XPLMProbeTerrainXYZ",

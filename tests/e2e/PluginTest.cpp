@@ -190,6 +190,33 @@ except TypeError:
     EXPECT_EQ(CountOf(log, kSeparator), 3u) << log;
 }
 
+// An enumerator may take its own registration back while the simulator is still calling it: the
+// record stays until the enumeration is over, which goes on to its end.
+TEST(PluginTest, EnumeratorsThatRemoveThemselvesMidwayAreCalledToTheEnd) {
+    SimFolder sim;
+    std::filesystem::copy(TEST_DATA_DIR "/xpsim-root", sim.root(), std::filesystem::copy_options::recursive);
+    sim.writeScript("CV_Quitter.py",
+                    TestScript("Quitter", {"XPLMPlugin", "XPLMScenery"}, "", R"(
+self.fe, self.enum = self.Feature, self.Enumerate
+print('features', XPLMEnumerateFeatures(self, self.fe, 7))
+print('lookup', XPLMLookupObjects(self, 'xpsim/demo/beacon.obj', 47.45, -122.3, self.enum, 1))
+print('again', XPLMEnumerateFeatures(self, self.fe, 7))
+)",
+                               "",
+                               "def Feature(self, name, refcon):\n"
+                               "    print('feature', name, CV_RemoveEnumerateFeatures(self, self.fe, 7))\n"
+                               "def Enumerate(self, path, refcon):\n"
+                               "    print('found', path[-10:], CV_RemoveLookupObjects(self, self.enum, 1))\n"));
+    SimRun run = sim.run({"--frames", "2"});
+    ASSERT_EQ(run.exitCode, 0) << run.stderrText;
+    EXPECT_EQ(sim.output(),
+              "feature XPLM_WANTS_REFLECTIONS 1\nfeature XPLM_USE_NATIVE_PATHS 1\nfeatures 1\n"
+              "found beacon.obj 1\nfound beacon.obj 1\nlookup 2\n"
+              "feature XPLM_WANTS_REFLECTIONS 1\nfeature XPLM_USE_NATIVE_PATHS 1\nagain 1\n");
+    // The second call of each enumeration found its registration gone already.
+    EXPECT_EQ(CountOf(sim.log(), "was unregistering a callback and refcon that does not exist"), 3u) << sim.log();
+}
+
 TEST(PluginTest, EnumeratingFeaturesCallsTheMethodOncePerRegistration) {
     SimFolder sim;
     sim.writeFile("Resources/plugins/Corvelle/Corvelle.ini", "[DEBUG]\nDebugCallbacks=1\nCheckCallbacks=1\n");

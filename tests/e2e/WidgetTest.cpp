@@ -308,6 +308,52 @@ TEST(Widget, MisuseIsReportedOrRaisedAndNeverFatal) {
     EXPECT_NE(simLog.find("mouse down at (150, 380) reaches the sim"), std::string::npos) << simLog;
 }
 
+// Messages whose parameters point to structures (mouse and key states, geometry changes, the cursor)
+// reach the simulator only with parameters that can be read; what a widget function was given
+// passes on as it is.
+TEST(Widget, MessagesThatPointToStructuresNeedReadableParameters) {
+    SimFolder sim;
+    sim.writeScript(
+        "CV_Pointers.py",
+        TestScript("Pointers", kWidgetModules, "",
+                   "self.gripCB = self.Grip\n"
+                   "self.w = XPCreateWidget(100, 500, 400, 300, 1, 'W', 1, 0, xpWidgetClass_MainWindow)\n"
+                   "b = XPCreateWidget(120, 350, 200, 330, 1, 'B', 0, self.w, xpWidgetClass_Button)\n"
+                   "XPCreateCustomWidget(self, 110, 470, 390, 450, 1, 'grip', 0, self.w, self.gripCB)\n"
+                   "print('refused', XPSendMessageToWidget(b, xpMsg_MouseDown, xpMode_Direct, 2, 0),\n"
+                   "      XPSendMessageToWidget(b, xpMsg_KeyPress, xpMode_Direct, 12345, 0),\n"
+                   "      XPSendMessageToWidget(b, xpMsg_CursorAdjust, xpMode_UpChain, 0, 0),\n"
+                   "      XPUDragWidget(xpMsg_MouseDown, self.w, 16, 0, 100), XPUFixedLayout(xpMsg_Reshape, self.w, "
+                   "self.w, 4096),\n"
+                   "      XPUSelectIfNeeded(xpMsg_MouseUp, self.w, -1, 0, 1), XPUDefocusKeyboard(xpMsg_MouseWheel, "
+                   "self.w, 8, 0, 1))\n"
+                   "print('user message', XPSendMessageToWidget(b, xpMsg_UserStart, xpMode_Direct, 2, 3))\n",
+                   "",
+                   "def Grip(self, message, widget, param1, param2):\n"
+                   "    # Passes the mouse on, as a title bar would, to drag the whole window.\n"
+                   "    if message in (xpMsg_MouseDown, xpMsg_MouseDrag, xpMsg_MouseUp):\n"
+                   "        XPUDragWidget(message, self.w, param1, param2, 100)\n"
+                   "        if message == xpMsg_MouseUp:\n"
+                   "            geometry = [[], [], [], []]\n"
+                   "            XPGetWidgetGeometry(self.w, *geometry)\n"
+                   "            print('dragged to', geometry)\n"
+                   "        return 1\n"
+                   "    return 0\n"));
+    const std::string events = sim.writeEvents("0.2 drag 200 460 250 400\n");
+    SimRun run = sim.run({"--seconds", "0.3", "--events", events});
+    ASSERT_EQ(run.exitCode, 0) << run.stderrText;
+    EXPECT_EQ(sim.output(), "refused 0 0 0 0 0 0 0\nuser message 0\ndragged to [[150], [440], [450], [240]]\n");
+    for (const auto& [module, function] :
+         std::vector<std::pair<std::string, std::string>>{{"XPWidgets", "XPSendMessageToWidget"},
+                                                          {"XPWidgetUtils", "XPUDragWidget"},
+                                                          {"XPWidgetUtils", "XPUFixedLayout"},
+                                                          {"XPWidgetUtils", "XPUSelectIfNeeded"},
+                                                          {"XPWidgetUtils", "XPUDefocusKeyboard"}})
+        EXPECT_EQ(CountOf(sim.log(), Report(module, function, "Parameter Error")),
+                  function == "XPSendMessageToWidget" ? 3u : 1u)
+            << function << sim.log();
+}
+
 TEST(Widget, QueriesFillOutListsAndUtilitiesAct) {
     SimFolder sim;
     sim.writeScript("CV_Queries.py",
