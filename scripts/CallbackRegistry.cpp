@@ -546,15 +546,11 @@ size_t CV_RetiredCount() { return gRetiredRecords.size() + gRetiredBlocks.size()
 
 // ---------------------------------------------------------------- letting go of the interpreter
 
-namespace {
-int BlockSlots(const CV_BlockVector* list) {
-    return list == &DrawWindowMemoryPointerList ? int{CV_WindowBlockSlots} : int{CV_AccessorBlockSlots};
-}
-}  // namespace
 
 void CV_DropInterpreterReferences() {
-    // Every record the plugin can still reach: the lists, the blocks' slots, and what is retired or
-    // held. A record may be reached several ways; its reference goes once.
+    // A live record is in its list or retired (held registrations reach only records of those two
+    // kinds). Blocks are not walked: a block that the index rule left in its list may name records
+    // that are already gone. A record may be reached twice; its reference goes once.
     std::vector<PyObject*> callables;
     auto drop = [&](PyObject* callable, bool& holds, unsigned generation) {
         if (holds && callable != nullptr && CV_IsCurrentGeneration(generation)) callables.push_back(callable);
@@ -564,24 +560,14 @@ void CV_DropInterpreterReferences() {
         if (entry != nullptr && entry->record != nullptr)
             drop(entry->record->callable, entry->record->holdsReference, entry->record->generation);
     };
-    auto dropBlock = [&](_CallbackList** block, int slots) {
-        for (int slot = 0; block != nullptr && slot < slots; ++slot) dropRecord(block[slot]);
-    };
     for (const CV_ListEntry& e : CV_CallbackLists) {
         if (e.callbacks)
             for (_CallbackList* entry : *e.callbacks) dropRecord(entry);
-        if (e.blocks)
-            for (_CallbackList** block : *e.blocks) dropBlock(block, BlockSlots(e.blocks));
         if (e.widgets)
             for (_WidgetCallbackListEntry* w : *e.widgets)
                 if (w != nullptr) drop(w->callable, w->holdsReference, w->generation);
     }
     for (_CallbackList* entry : gRetiredRecords) dropRecord(entry);
-    for (const HeldRegistration& h : gHeld) {
-        dropRecord(h.record);
-        for (_CallbackList** block : h.blocks) dropBlock(block, h.slots);
-    }
-    // Retired blocks are reached only through held registrations, whose slot counts are above.
     // Last, since dropping a reference may run script code (a __del__) that registers or retires.
     for (PyObject* callable : callables) Py_DECREF(callable);
 }

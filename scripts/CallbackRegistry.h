@@ -164,8 +164,8 @@ size_t CV_RetiredCount();
 // ---------------------------------------------------------------- the end of an interpreter
 
 // Drops the registry's reference on every callable of the running interpreter, wherever its record
-// is (a list, a block, retired, held), so that nothing a stopped script made stays alive. The
-// records stay as they are for the integrity check and the simulator, which may still call them;
+// is (its list, or retired while the simulator holds it), so that nothing a stopped script made
+// stays alive. The records stay as they are for the integrity check and the simulator, which may still call them;
 // dispatch never reaches a record of a stopped interpreter. Call after the scripts stopped and
 // before the interpreter is finalised.
 void CV_DropInterpreterReferences();
