@@ -142,7 +142,7 @@ def show(value):
 # ---------------------------------------------------------------------------------------- the callables
 
 def plugin_modules():
-    """Every module the plugin created: modules without a file or a spec, in name order."""
+    """Every module the plugin created (built in, with no file behind it), in name order."""
     found = []
     for name, module in list(sys.modules.items()):
         if name == "__main__" or name in sys.builtin_module_names or module is None:
